@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/Export.h"
+#include "base/animation/MotionCurve.h"
+#include "base/animation/SerializationInterface.h"
+
+#include <memory>
+#include <string>
+
+namespace VQ::Animation {
+
+/// One animated channel: what it moves, how, and whether it is silent.
+class VQ_EXPORT AnimationLayer : public SerializationInterface {
+public:
+    std::unique_ptr<MotionCurve> curve; ///< owned; a curve of a derived class may stand here
+    std::string actuatorName;           ///< the name of what the layer animates, UTF-8
+    bool mute = false;
+
+    /// A layer without name that holds an empty curve.
+    AnimationLayer();
+    /// A deep copy; the copied curve is plain.
+    AnimationLayer(const AnimationLayer& other);
+    AnimationLayer(AnimationLayer&& other) noexcept;
+    AnimationLayer& operator=(AnimationLayer other) noexcept;
+    virtual ~AnimationLayer();
+
+    /// The attributes "name" and, where true, "mute", and the element "curve".
+    boost::property_tree::ptree serialize() const override;
+
+    /// Replaces name, mute flag and curve by those of @p tree, building the curve with createCurve(). On false
+    /// the layer is unchanged; problemIn() says why.
+    bool deserialize(const boost::property_tree::ptree& tree) override;
+
+    /// What is wrong with a tree that deserialize() refuses, and where; empty for a readable one.
+    static std::string problemIn(const boost::property_tree::ptree& tree);
+
+    /// A new empty curve of the kind that this layer holds; belongs to the caller.
+    virtual MotionCurve* createCurve() const;
+
+private:
+    void _read(const boost::property_tree::ptree& tree);
+};
+
+} // namespace VQ::Animation

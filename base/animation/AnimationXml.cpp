@@ -1,0 +1,35 @@
+#include "base/animation/AnimationXml.h"
+
+#include <boost/property_tree/xml_parser.hpp>
+
+#include <stdexcept>
+#include <string>
+
+namespace VQ::Animation {
+
+namespace PropertyTree = boost::property_tree;
+
+void writeAnimationXml(std::ostream& stream, const PropertyTree::ptree& animation) {
+    PropertyTree::ptree document;
+    document.push_back({"animation", animation});
+    PropertyTree::write_xml(stream, document, PropertyTree::xml_writer_make_settings<std::string>(' ', 2));
+    if (!stream.flush()) {
+        throw std::runtime_error("the animation could not be written");
+    }
+}
+
+PropertyTree::ptree readAnimationXml(std::istream& stream) {
+    PropertyTree::ptree document;
+    try {
+        PropertyTree::read_xml(stream, document,
+                               PropertyTree::xml_parser::trim_whitespace | PropertyTree::xml_parser::no_comments);
+    } catch (const PropertyTree::xml_parser_error& error) {
+        throw std::runtime_error("line " + std::to_string(error.line()) + ": " + error.message());
+    }
+    if (document.size() != 1 || document.front().first != "animation") {
+        throw std::runtime_error("the root element is not \"animation\"");
+    }
+    return std::move(document.front().second);
+}
+
+} // namespace VQ::Animation

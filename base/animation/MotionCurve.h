@@ -1,0 +1,140 @@
+#pragma once
+
+#include "base/Export.h"
+#include "base/animation/KeyFunctions.h"
+#include "base/animation/RationalSeconds.h"
+#include "base/animation/SerializationInterface.h"
+#include "base/math/Interpolation.h"
+
+#include <boost/ptr_container/clone_allocator.hpp>
+#include <boost/ptr_container/ptr_map.hpp>
+
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <utility>
+
+namespace VQ::Animation {
+
+/// An ordered, owning map from frame to key, with the settings of its curve.
+///
+/// The curve answers "where is this key?" in constant time from an index beside the map. Every operation keeps
+/// the two together, so that they agree at every moment at which anybody can look.
+class VQ_EXPORT MotionCurve : public SerializationInterface {
+    using Key = Math::Interpolation::Key;
+    // The map only views its keys: the curve destroys them through its key functions, which know the whole object.
+    using KeyMap = boost::ptr_map<unsigned int, Key, std::less<>, boost::view_clone_allocator>;
+    using Places = std::map<unsigned int, void*, std::less<>>;
+    using Index = std::unordered_map<const Key*, Places::iterator>;
+
+public:
+    /// Bidirectional, in ascending frame order; an element is ->first, the frame, and ->second, the Key*.
+    using iterator = KeyMap::iterator;
+    using const_iterator = KeyMap::const_iterator;
+
+    /// An empty curve at 25 frames a second without limits.
+    MotionCurve();
+    /// A deep copy: settings and a plain record of each key, whatever objects @p other holds. O(n).
+    MotionCurve(const MotionCurve& other);
+    MotionCurve(MotionCurve&& other);
+    MotionCurve& operator=(MotionCurve other) noexcept;
+    virtual ~MotionCurve();
+
+    iterator begin();
+    iterator end();
+    const_iterator begin() const;
+    const_iterator end() const;
+    std::size_t size() const noexcept;
+    bool empty() const noexcept;
+
+    /// The key at @p frame, or end(). O(log n).
+    iterator find(unsigned int frame);
+    const_iterator find(unsigned int frame) const;
+
+    /// The given key, or end() when this curve does not hold it; never reads the key. O(1).
+    iterator findKey(const Key* key);
+    const_iterator findKey(const Key* key) const;
+
+    /// The last key at or before @p frame, or end(). O(log n).
+    const_iterator findAtOrBefore(unsigned int frame) const;
+
+    /// Stores @p key at the free @p frame and takes ownership. Throws std::invalid_argument when the key is
+    /// null, is held already or the frame is taken; the key then still belongs to the caller. O(log n).
+    iterator insert(unsigned int frame, Key* key);
+
+    /// Removes the element and destroys its key; returns the element behind it. O(1).
+    iterator erase(iterator position);
+
+    /// Removes and destroys all keys.
+    void clear() noexcept;
+
+    /// The curve's attributes and one element "key" for each key, in frame order.
+    boost::property_tree::ptree serialize() const override;
+
+    /// Replaces settings and keys by those of @p tree, building each key with createCurveKey(). On false the
+    /// curve is unchanged; problemIn() says why.
+    bool deserialize(const boost::property_tree::ptree& tree) override;
+
+    /// What is wrong with a tree that deserialize() refuses, and where; empty for a readable one.
+    static std::string problemIn(const boost::property_tree::ptree& tree);
+
+    /// A new key with default values, of the kind that this curve holds; belongs to the caller.
+    virtual Key* createCurveKey() const;
+
+    /// The length of one frame.
+    const RationalSeconds& getTimeUnit() const noexcept { return _settings.timeUnit; }
+    void setTimeUnit(const RationalSeconds& timeUnit) { _settings.timeUnit = timeUnit; }
+
+    /// Minimum, then maximum, in value units. Kept for the curve's users; keys are not clamped.
+    std::pair<float, float> getValueLimits() const noexcept { return _settings.valueLimits; }
+    void setValueLimits(const std::pair<float, float>& limits) { _settings.valueLimits = limits; }
+
+    /// The steepest slope that the actuator allows, in value units per second.
+    float getMaxAbsoluteDerivative() const noexcept { return _settings.maxAbsoluteDerivative; }
+    void setMaxAbsoluteDerivative(float maximum) { _settings.maxAbsoluteDerivative = maximum; }
+
+protected:
+    /// A key taken out of the map together with its nodes, so that putting it back cannot fail for want of memory.
+    /// While it is out, it belongs to whoever holds this handle.
+    class DetachedKey {
+    public:
+        Key* key() const noexcept { return static_cast<Key*>(_place.mapped()); }
+        /// Gives up the nodes; the key stays with the caller.
+        Key* release() noexcept;
+
+    private:
+        friend class MotionCurve;
+        Places::node_type _place;
+        Index::node_type _entry;
+    };
+
+    /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p other.
+    MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
+    explicit MotionCurve(const KeyFunctions& functions);
+
+    /// Takes the element out of the map without destroying its key. O(1).
+    DetachedKey detach(iterator position) noexcept;
+    /// Puts a detached key at the free @p frame. O(log n).
+    iterator attach(DetachedKey&& detached, unsigned int frame) noexcept;
+
+private:
+    struct Settings {
+        RationalSeconds timeUnit{boost::rational<int>(1, 25)};
+        std::pair<float, float> valueLimits{-std::numeric_limits<float>::infinity(),
+                                            std::numeric_limits<float>::infinity()};
+        float maxAbsoluteDerivative = std::numeric_limits<float>::infinity();
+    };
+
+    void _swapContents(MotionCurve& other) noexcept;
+    void _read(const boost::property_tree::ptree& tree);
+
+    Settings _settings;
+    const KeyFunctions* _functions;
+    KeyMap _keys;
+    Index _index;
+};
+
+} // namespace VQ::Animation

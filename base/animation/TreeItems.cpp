@@ -1,0 +1,208 @@
+#include "base/animation/TreeItems.h"
+
+#include <boost/property_tree/ptree.hpp>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <stdexcept>
+#include <string_view>
+
+namespace VQ::Animation::TreeItems {
+
+using Math::Interpolation::InterpolationType;
+
+namespace {
+
+constexpr std::array<std::string_view, 4> typeNames{"constant", "linear", "bezier", "bezier auto"};
+
+static_assert(std::numeric_limits<float>::is_iec559 && sizeof(float) == sizeof(std::uint32_t));
+
+// What the ordinary texts "nan" and "-nan" stand for; other NaNs carry their bits along.
+constexpr std::uint32_t positiveNan = 0x7fc00000U;
+constexpr std::uint32_t negativeNan = 0xffc00000U;
+constexpr std::string_view nanBitsOpen = "nan(0x";
+
+std::uint32_t bitsOf(float number) {
+    std::uint32_t bits = 0;
+    std::memcpy(&bits, &number, sizeof bits);
+    return bits;
+}
+
+float fromBits(std::uint32_t bits) {
+    float number = 0.0F;
+    std::memcpy(&number, &bits, sizeof number);
+    return number;
+}
+
+template <class Number, class... Format>
+std::string toText(Number number, Format... format) {
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number, format...).ptr;
+    return {buffer.data(), end};
+}
+
+template <class Number, class... Format>
+bool fromText(std::string_view text, Number& number, Format... format) {
+    const char* const last = text.data() + text.size();
+    const auto [end, error] = std::from_chars(text.data(), last, number, format...);
+    return error == std::errc() && end == last;
+}
+
+std::string nanToText(float number) {
+    switch (const std::uint32_t bits = bitsOf(number)) {
+    case positiveNan:
+        return "nan";
+    case negativeNan:
+        return "-nan";
+    default:
+        return std::string(nanBitsOpen) + toText(bits, 16) + ')';
+    }
+}
+
+bool nanFromText(std::string_view text, float& number) {
+    if (text == "nan" || text == "-nan") {
+        number = fromBits(text == "nan" ? positiveNan : negativeNan);
+        return true;
+    }
+    std::uint32_t bits = 0;
+    if (text.size() <= nanBitsOpen.size() || text.substr(0, nanBitsOpen.size()) != nanBitsOpen ||
+        text.back() != ')' ||
+        !fromText(text.substr(nanBitsOpen.size(), text.size() - nanBitsOpen.size() - 1), bits, 16)) {
+        return false;
+    }
+    number = fromBits(bits);
+    return std::isnan(number);
+}
+
+bool numberFromText(std::string_view text, float& number) {
+    return text.find("nan") == std::string_view::npos ? fromText(text, number) : nanFromText(text, number);
+}
+
+[[noreturn]] void refuse(const std::string& what) { throw std::invalid_argument(what); }
+
+[[noreturn]] void refuseValue(const char* attribute, const std::string& text, const char* expected) {
+    refuse(std::string("attribute \"") + attribute + "\" is \"" + text.substr(0, 60) + "\", not " + expected);
+}
+
+const std::string* findText(const Tree& tree, const char* attribute) {
+    const auto attributes = tree.find("<xmlattr>");
+    if (attributes == tree.not_found()) {
+        return nullptr;
+    }
+    const auto [first, last] = attributes->second.equal_range(attribute);
+    if (first == last) {
+        return nullptr;
+    }
+    if (std::next(first) != last) {
+        refuse(std::string("attribute \"") + attribute + "\" stands twice");
+    }
+    return &first->second.data();
+}
+
+} // namespace
+
+void putText(Tree& tree, const char* attribute, const std::string& text) {
+    tree.put(Tree::path_type(std::string("<xmlattr>/") + attribute, '/'), text);
+}
+
+void putNumber(Tree& tree, const char* attribute, float number) {
+    putText(tree, attribute, std::isnan(number) ? nanToText(number) : toText(number));
+}
+
+void putFrame(Tree& tree, const char* attribute, unsigned int frame) {
+    putText(tree, attribute, toText(frame));
+}
+
+void putFraction(Tree& tree, const char* attribute, const RationalSeconds& seconds) {
+    const auto count = seconds.count();
+    putText(tree, attribute, toText(count.numerator()) + '/' + toText(count.denominator()));
+}
+
+void putType(Tree& tree, const char* attribute, InterpolationType type) {
+    const auto known = static_cast<std::uint32_t>(type) < typeNames.size();
+    const auto position = static_cast<std::size_t>(known ? type : InterpolationType::bezierAuto);
+    putText(tree, attribute, std::string(typeNames.at(position)));
+}
+
+const std::string& getText(const Tree& tree, const char* attribute) {
+    const std::string* text = findText(tree, attribute);
+    if (text == nullptr) {
+        refuse(std::string("attribute \"") + attribute + "\" is missing");
+    }
+    return *text;
+}
+
+float getNumber(const Tree& tree, const char* attribute) {
+    const std::string& text = getText(tree, attribute);
+    float number = 0.0F;
+    if (!numberFromText(text, number)) {
+        refuseValue(attribute, text, "a number");
+    }
+    return number;
+}
+
+unsigned int getFrame(const Tree& tree, const char* attribute) {
+    const std::string& text = getText(tree, attribute);
+    unsigned int frame = 0;
+    if (!fromText(text, frame)) {
+        refuseValue(attribute, text, "a frame from 0 to 4294967295");
+    }
+    return frame;
+}
+
+RationalSeconds getFraction(const Tree& tree, const char* attribute) {
+    const std::string& text = getText(tree, attribute);
+    const auto slash = text.find('/');
+    int numerator = 0;
+    int denominator = 0;
+    if (slash == std::string::npos || !fromText(std::string_view(text).substr(0, slash), numerator) ||
+        !fromText(std::string_view(text).substr(slash + 1), denominator) || denominator < 1) {
+        refuseValue(attribute, text, "a fraction of whole numbers");
+    }
+    if (denominator == 1) {
+        return RationalSeconds(boost::rational<int>(numerator));
+    }
+    if (numerator == std::numeric_limits<int>::min()) {
+        // It has no positive counterpart, which reducing the fraction needs.
+        refuseValue(attribute, text, "a fraction that can be reduced");
+    }
+    return RationalSeconds(boost::rational<int>(numerator, denominator));
+}
+
+InterpolationType getType(const Tree& tree, const char* attribute) {
+    const std::string& text = getText(tree, attribute);
+    for (std::size_t type = 0; type < typeNames.size(); ++type) {
+        if (text == typeNames.at(type)) {
+            return static_cast<InterpolationType>(type);
+        }
+    }
+    refuseValue(attribute, text, "an interpolation type");
+}
+
+bool getOptionalFlag(const Tree& tree, const char* attribute) {
+    const std::string* text = findText(tree, attribute);
+    if (text == nullptr || *text == "false") {
+        return false;
+    }
+    if (*text != "true") {
+        refuseValue(attribute, *text, "\"true\" or \"false\"");
+    }
+    return true;
+}
+
+const Tree& getChild(const Tree& tree, const char* name) {
+    const auto [first, last] = tree.equal_range(name);
+    if (first == last) {
+        refuse(std::string("element \"") + name + "\" is missing");
+    }
+    if (std::next(first) != last) {
+        refuse(std::string("element \"") + name + "\" stands twice");
+    }
+    return first->second;
+}
+
+} // namespace VQ::Animation::TreeItems
