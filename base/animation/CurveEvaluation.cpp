@@ -1,6 +1,7 @@
 #include "base/animation/CurveEvaluation.h"
 
 #include "base/animation/MotionCurve.h"
+#include "base/math/Narrowing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -54,14 +55,6 @@ double parameterAt(double x, double x1, double x2) {
     return (low + high) * 0.5;
 }
 
-float toFloat(double value) {
-    constexpr double largest = double{std::numeric_limits<float>::max()};
-    if (std::abs(value) > largest) {
-        return value > 0.0 ? std::numeric_limits<float>::infinity() : -std::numeric_limits<float>::infinity();
-    }
-    return static_cast<float>(value);
-}
-
 } // namespace
 
 float evaluateSegment(unsigned int leftFrame, const Key& left, unsigned int rightFrame, const Key& right,
@@ -80,12 +73,12 @@ float evaluateSegment(unsigned int leftFrame, const Key& left, unsigned int righ
     const double rise = double{right.value} - double{left.value};
     const double x = (frame - static_cast<double>(leftFrame)) / length;
     if (left.rightTangentType == InterpolationType::linear && right.leftTangentType == InterpolationType::linear) {
-        return toFloat(double{left.value} + rise * x);
+        return Math::toFloat(double{left.value} + rise * x);
     }
     const Point first = handle(left.rightTangentType, left.rightTangentOffset, 1.0, length, rise);
     const Point second = handle(right.leftTangentType, right.leftTangentOffset, -1.0, length, rise);
     const double t = parameterAt(x, first.x, 1.0 - second.x);
-    return toFloat(cubic(double{left.value}, double{left.value} + first.y, double{right.value} + second.y,
+    return Math::toFloat(cubic(double{left.value}, double{left.value} + first.y, double{right.value} + second.y,
                          double{right.value}, t));
 }
 

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "base/animation/AnimationLayer.h"
+#include "model/EditableMotionCurve.h"
+#include "model/Export.h"
+
+#include <QObject>
+#include <QString>
+
+namespace ZT {
+
+class EditableAnimation;
+
+/// One layer of an editable animation: an actuator's name, a mute flag and a curve, each change of which is
+/// announced.
+///
+/// The layer owns its curve, which is always an EditableMotionCurve. The animation owns the layer, or whoever
+/// created it; a layer never has a QObject parent.
+class ZT_MODEL_EXPORT EditableAnimationLayer : public QObject, protected VQ::Animation::AnimationLayer {
+    Q_OBJECT
+
+public:
+    /// A layer without name that holds an empty curve. Emits nothing.
+    EditableAnimationLayer();
+
+    /// A copy of @p layer whose curve is wrapped. Emits nothing. O(keys).
+    explicit EditableAnimationLayer(const VQ::Animation::AnimationLayer& layer);
+
+    ~EditableAnimationLayer() override;
+
+    /// The animation that holds the layer, or null.
+    EditableAnimation* getParentAnimation() const noexcept { return _parentAnimation; }
+
+    QString getActuatorName() const;
+    bool isMute() const noexcept { return mute; }
+
+    /// A copy of the plain record, with plain keys. O(keys).
+    VQ::Animation::AnimationLayer baseAnimationLayer() const;
+
+    /// The layer's tree; each key keeps its smooth and symmetrical flags.
+    using VQ::Animation::AnimationLayer::serialize;
+    /// Replaces name, mute flag and curve by those of a tree; the old curve and its keys are destroyed. Emits
+    /// curveChanged() for each automatic handle that is recomputed in the new curve, and nothing for name and mute
+    /// flag. On false the layer is unchanged.
+    using VQ::Animation::AnimationLayer::deserialize;
+    using VQ::Animation::AnimationLayer::problemIn;
+
+    /// Null only if the base record holds no curve.
+    EditableMotionCurve* getCurve() const noexcept;
+
+    /// Views the record of an editable layer as that layer. Nothing is checked.
+    static EditableAnimationLayer* _toEditable(VQ::Animation::AnimationLayer& layer) noexcept;
+    static const EditableAnimationLayer* _toEditable(const VQ::Animation::AnimationLayer& layer) noexcept;
+
+    /// A new empty curve connected to this layer but not installed in it; belongs to the caller.
+    VQ::Animation::MotionCurve* createCurve() const override;
+
+Q_SIGNALS:
+    void nameChanged(const QString& pName);
+    /// The curve was replaced, or keys or settings of it changed: once for each such signal of the curve.
+    void curveChanged();
+    void muteChanged(bool pMute);
+    /// As the curve announced it.
+    void greaterIndexChanged(unsigned int newGreater, unsigned int previousGreater);
+
+public Q_SLOTS:
+    /// Emits nameChanged() if the name is another one.
+    void setActuatorName(const QString& pActuatorName);
+    /// Takes ownership of @p pCurve, which must not be null, deletes the old curve with its keys and emits
+    /// curveChanged(). Does nothing for the curve that the layer holds.
+    void setCurve(EditableMotionCurve* pCurve);
+    /// Emits muteChanged() if the flag is another one.
+    void setMute(bool pMute);
+
+private:
+    friend class EditableAnimation; // It holds the layer by its base record.
+
+    void _wrapCurve();
+    void _connectCurve(EditableMotionCurve* editableCurve) const;
+    void _disconnectCurve(EditableMotionCurve* editableCurve) const;
+    void _setParentAnimation(EditableAnimation* animation) noexcept { _parentAnimation = animation; }
+
+    EditableAnimation* _parentAnimation = nullptr;
+};
+
+} // namespace ZT

@@ -1,0 +1,287 @@
+#include "model/EditableMotionCurve.h"
+
+#include "base/animation/CurveEvaluation.h"
+#include "model/EditableMotionCurveExceptions.h"
+#include "model/MetaTypes.h"
+
+#include <QMetaMethod>
+
+#include <array>
+#include <memory>
+
+namespace ZT {
+
+using VQ::Math::Interpolation::Key;
+
+namespace {
+
+// Here, so that a static library brings it along with the curve.
+const bool metaTypesAreRegistered = registerMetaTypes();
+
+// A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs neither
+// text comparisons nor a functor object for each connection.
+struct KeyConnections {
+    std::array<int, 3> signalIndices{QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
+                                     QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
+                                     QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
+    int slotIndex = EditableMotionCurve::staticMetaObject.indexOfSlot("onKeysChanged()");
+
+    static const KeyConnections& get() {
+        static const KeyConnections connections;
+        return connections;
+    }
+};
+
+} // namespace
+
+EditableMotionCurve::EditableMotionCurve()
+    : MotionCurve(EditableMotionCurveKey::_keyFunctions) {}
+
+EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve)
+    : MotionCurve(EditableMotionCurveKey::_keyFunctions, curve) {
+    for (const auto element : curve) {
+        auto key = std::make_unique<EditableMotionCurveKey>(*element.second);
+        MotionCurve::insert(element.first, key->_record());
+        key.release();
+    }
+    for (const auto element : *this) {
+        _connectKey(element.second);
+    }
+    updateBezierAutoTangents();
+}
+
+EditableMotionCurve::~EditableMotionCurve() = default;
+
+VQ::Animation::MotionCurve EditableMotionCurve::baseMotionCurve() const { return *this; }
+
+QPair<float, float> EditableMotionCurve::getValueLimits() const {
+    const auto limits = MotionCurve::getValueLimits();
+    return {limits.first, limits.second};
+}
+
+EditableMotionCurve::iterator EditableMotionCurve::begin() { return _toEditableIterator(MotionCurve::begin()); }
+EditableMotionCurve::iterator EditableMotionCurve::end() { return _toEditableIterator(MotionCurve::end()); }
+EditableMotionCurve::const_iterator EditableMotionCurve::begin() const {
+    return _toEditableIterator(MotionCurve::begin());
+}
+EditableMotionCurve::const_iterator EditableMotionCurve::end() const {
+    return _toEditableIterator(MotionCurve::end());
+}
+
+EditableMotionCurve::iterator EditableMotionCurve::find(unsigned int index) {
+    return _toEditableIterator(MotionCurve::find(index));
+}
+EditableMotionCurve::const_iterator EditableMotionCurve::find(unsigned int index) const {
+    return _toEditableIterator(MotionCurve::find(index));
+}
+
+EditableMotionCurveKey* EditableMotionCurve::getKey(unsigned int index) {
+    const auto position = find(index);
+    return position == end() ? nullptr : position->second;
+}
+const EditableMotionCurveKey* EditableMotionCurve::getKey(unsigned int index) const {
+    const auto position = find(index);
+    return position == end() ? nullptr : position->second;
+}
+
+bool EditableMotionCurve::isIndexAvailable(unsigned int index) const { return find(index) == end(); }
+
+unsigned int EditableMotionCurve::getGreaterIndex() const {
+    if (empty()) {
+        return 0U;
+    }
+    auto last = end();
+    return (--last)->first;
+}
+
+std::set<unsigned int> EditableMotionCurve::getIndexList() const {
+    std::set<unsigned int> frames;
+    for (const auto element : *this) {
+        frames.insert(frames.end(), element.first);
+    }
+    return frames;
+}
+
+unsigned int EditableMotionCurve::getIndexOf(const EditableMotionCurveKey* key) const {
+    const auto position = _find(key);
+    if (position == end()) {
+        throw EditableMotionCurveKeyNotFound();
+    }
+    return position->first;
+}
+
+const EditableMotionCurveKey* EditableMotionCurve::getPreviousKey(const EditableMotionCurveKey* key) const {
+    auto position = _find(key);
+    return position == end() || position == begin() ? nullptr : (--position)->second;
+}
+EditableMotionCurveKey* EditableMotionCurve::getPreviousKey(const EditableMotionCurveKey* key) {
+    return const_cast<EditableMotionCurveKey*>(std::as_const(*this).getPreviousKey(key));
+}
+
+const EditableMotionCurveKey* EditableMotionCurve::getNextKey(const EditableMotionCurveKey* key) const {
+    auto position = _find(key);
+    return position == end() || ++position == end() ? nullptr : position->second;
+}
+EditableMotionCurveKey* EditableMotionCurve::getNextKey(const EditableMotionCurveKey* key) {
+    return const_cast<EditableMotionCurveKey*>(std::as_const(*this).getNextKey(key));
+}
+
+float EditableMotionCurve::valueAt(double frame) const { return VQ::Animation::evaluate(*this, frame); }
+
+EditableMotionCurve::iterator EditableMotionCurve::_find(const EditableMotionCurveKey* key) {
+    return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+}
+EditableMotionCurve::const_iterator EditableMotionCurve::_find(const EditableMotionCurveKey* key) const {
+    return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+}
+
+EditableMotionCurve::iterator
+EditableMotionCurve::_toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
+    return iterator(position, ToEditable());
+}
+EditableMotionCurve::const_iterator
+EditableMotionCurve::_toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const {
+    return const_iterator(position, ToEditable());
+}
+
+void EditableMotionCurve::_connectKey(EditableMotionCurveKey* key) const {
+    if (key->getParentCurve() == this) {
+        return;
+    }
+    key->_setParentCurve(const_cast<EditableMotionCurve*>(this));
+    const KeyConnections& connections = KeyConnections::get();
+    for (const int signal : connections.signalIndices) {
+        QMetaObject::connect(key, signal, this, connections.slotIndex);
+    }
+}
+
+void EditableMotionCurve::_disconnectKey(EditableMotionCurveKey* key) const {
+    key->_setParentCurve(nullptr);
+    const KeyConnections& connections = KeyConnections::get();
+    for (const int signal : connections.signalIndices) {
+        QMetaObject::disconnect(key, signal, this, connections.slotIndex);
+    }
+}
+
+void EditableMotionCurve::onKeysChanged() {
+    if (_batchDepth == 0) {
+        Q_EMIT keysChanged();
+    }
+}
+
+void EditableMotionCurve::_checkGreaterIndexChanged(unsigned int previousGreater) {
+    if (_batchDepth != 0) {
+        return;
+    }
+    const unsigned int newGreater = getGreaterIndex();
+    if (newGreater != previousGreater) {
+        Q_EMIT greaterIndexChanged(newGreater, previousGreater);
+    }
+}
+
+Key* EditableMotionCurve::createCurveKey() const {
+    auto key = std::make_unique<EditableMotionCurveKey>();
+    _connectKey(key.get());
+    return key.release()->_record();
+}
+
+bool EditableMotionCurve::deserialize(const boost::property_tree::ptree& tree) {
+    const bool read = MotionCurve::deserialize(tree);
+    if (read) {
+        updateBezierAutoTangents();
+    }
+    return read;
+}
+
+void EditableMotionCurve::updateBezierAutoTangents() {
+    for (const auto element : *this) {
+        element.second->updateBezierAutoTangents();
+    }
+}
+
+EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, EditableMotionCurveKey* pKey) {
+    if (pKey == nullptr) {
+        return end();
+    }
+    const unsigned int previousGreater = getGreaterIndex();
+    if (EditableMotionCurveKey* const occupant = getKey(pIndex); occupant == pKey) {
+        return find(pIndex);
+    } else if (occupant != nullptr) {
+        Q_EMIT keyAboutToBeRemoved(occupant);
+        _erase(occupant);
+    }
+    if (_find(pKey) != end()) {
+        // Deliberate: the only check of the greatest frame is the one inside, measured after the occupant is gone; see
+        // insertingAHeldKeyComparesTheGreatestFrameAfterTheOccupantIsGone().
+        translateKey(pKey, pIndex);
+        return find(pIndex);
+    }
+    const auto position = MotionCurve::insert(pIndex, pKey->_record());
+    _connectKey(pKey);
+    Q_EMIT keyAdded(pKey);
+    _checkGreaterIndexChanged(previousGreater);
+    return _toEditableIterator(position);
+}
+
+bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {
+    const auto position = _find(pKey);
+    if (position == end()) {
+        return false;
+    }
+    if (position->first == pIndexFinal) {
+        return true;
+    }
+    if (!isIndexAvailable(pIndexFinal)) {
+        return false;
+    }
+    const unsigned int previousGreater = getGreaterIndex();
+    attach(detach(position.base()), pIndexFinal);
+    Q_EMIT pKey->indexChanged(pIndexFinal);
+    _checkGreaterIndexChanged(previousGreater);
+    return true;
+}
+
+EditableMotionCurveKey* EditableMotionCurve::release(Index pIndex) {
+    EditableMotionCurveKey* const key = getKey(pIndex);
+    if (key == nullptr) {
+        return nullptr;
+    }
+    const unsigned int previousGreater = getGreaterIndex();
+    Q_EMIT keyAboutToBeRemoved(key);
+    if (_find(key) == end()) {
+        return nullptr; // A slot took it out.
+    }
+    detach(_find(key).base()).release();
+    _disconnectKey(key);
+    _checkGreaterIndexChanged(previousGreater);
+    return key;
+}
+
+void EditableMotionCurve::_erase(EditableMotionCurveKey* key) {
+    // Looked up afresh: a slot may have taken the key out meanwhile.
+    if (const auto position = _find(key); position != end()) {
+        MotionCurve::erase(position.base());
+    }
+}
+
+void EditableMotionCurve::remove(iterator pPosition) {
+    if (pPosition == end()) {
+        return;
+    }
+    const unsigned int previousGreater = getGreaterIndex();
+    EditableMotionCurveKey* const key = pPosition->second;
+    Q_EMIT keyAboutToBeRemoved(key);
+    _erase(key);
+    _checkGreaterIndexChanged(previousGreater);
+}
+
+void EditableMotionCurve::remove(Index pIndex) { remove(find(pIndex)); }
+
+void EditableMotionCurve::clear() {
+    const unsigned int previousGreater = getGreaterIndex();
+    MotionCurve::clear();
+    Q_EMIT curveCleared();
+    _checkGreaterIndexChanged(previousGreater);
+}
+
+} // namespace ZT

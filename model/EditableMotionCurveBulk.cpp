@@ -1,0 +1,291 @@
+#include "model/EditableMotionCurve.h"
+
+#include "base/math/Narrowing.h"
+#include "model/EditableMotionCurveExceptions.h"
+#include "model/FrameConversion.h"
+
+#include <algorithm>
+
+namespace ZT {
+
+using VQ::Math::Interpolation::InterpolationType;
+
+/// While it lives, the curve is inside a batch. Leaving it by an exception lowers the depth as well.
+class [[nodiscard]] EditableMotionCurve::Batch {
+public:
+    explicit Batch(EditableMotionCurve& curve)
+        : _curve(&curve) {
+        ++curve._batchDepth;
+    }
+    Batch(const Batch&) = delete;
+    Batch& operator=(const Batch&) = delete;
+    ~Batch() {
+        if (_curve != nullptr) {
+            --_curve->_batchDepth;
+        }
+    }
+
+    /// Leaves the depth raised for good.
+    void leaveRaised() noexcept { _curve = nullptr; }
+
+    /// Ends the batch; the outermost one announces the change.
+    void end() {
+        EditableMotionCurve* const curve = std::exchange(_curve, nullptr);
+        --curve->_batchDepth;
+        curve->onKeysChanged();
+    }
+
+private:
+    EditableMotionCurve* _curve;
+};
+
+/// A batch that moves keys in time: its end recomputes automatic handles and checks the greatest frame.
+class [[nodiscard]] EditableMotionCurve::BatchWithFrames {
+public:
+    explicit BatchWithFrames(EditableMotionCurve& curve)
+        : _curve(curve)
+        , _previousGreater(curve.getGreaterIndex())
+        , _batch(curve) {}
+
+    void leaveRaised() noexcept { _batch.leaveRaised(); }
+
+    void end() {
+        _curve.updateBezierAutoTangents();
+        _batch.end();
+        _curve._checkGreaterIndexChanged(_previousGreater);
+    }
+
+private:
+    EditableMotionCurve& _curve;
+    unsigned int _previousGreater;
+    Batch _batch;
+};
+
+bool EditableMotionCurve::_edits(const EditableMotionCurveKey* key) const noexcept {
+    return key != nullptr && key->getParentCurve() == this;
+}
+
+namespace {
+
+struct Move {
+    unsigned int from;
+    EditableMotionCurveKey* key;
+    QPointF target;
+};
+
+bool keysIndexLessThan(const Move& a, const Move& b) noexcept { return a.from < b.from; }
+
+} // namespace
+
+void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
+    BatchWithFrames batch(*this);
+    if (keysPos.isEmpty()) {
+        // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
+        batch.leaveRaised();
+        return;
+    }
+    // Frames are looked up once, before sorting.
+    std::vector<Move> moves;
+    moves.reserve(static_cast<std::size_t>(keysPos.size()));
+    for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
+        moves.push_back({index(entry.key()), entry.key(), entry.value()});
+    }
+    if (!std::is_sorted(moves.begin(), moves.end(), keysIndexLessThan)) {
+        std::stable_sort(moves.begin(), moves.end(), keysIndexLessThan);
+    }
+    if (moves.front().from < frameFromPosition(moves.front().target.x())) {
+        std::reverse(moves.begin(), moves.end());
+    }
+    for (const auto& [from, key, target] : moves) {
+        if (!_edits(key)) {
+            continue;
+        }
+        key->setValue(VQ::Math::toFloat(target.y()));
+        if (target.x() != static_cast<double>(index(key))) {
+            translateKey(key, frameFromPosition(target.x()));
+        }
+    }
+    batch.end();
+}
+
+/// A key on its way to a new frame: with its nodes if it was detached from this curve, without if it is a newcomer.
+struct EditableMotionCurve::Placement {
+    EditableMotionCurveKey* key;
+    Index target;
+    DetachedKey detached;
+    bool isNewcomer;
+};
+
+void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
+    BatchWithFrames batch(*this);
+    std::vector<Placement> placements;
+    placements.reserve(static_cast<std::size_t>(keysPos.size()));
+    for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
+        EditableMotionCurveKey* const key = entry.key();
+        if (key == nullptr || (key->getParentCurve() != nullptr && !_edits(key))) {
+            continue;
+        }
+        const auto position = _find(key);
+        const bool isNewcomer = position == end();
+        placements.push_back({key, entry.value(), isNewcomer ? DetachedKey() : detach(position.base()), isNewcomer});
+    }
+
+    std::vector<EditableMotionCurveKey*> failedKeys;
+    for (Placement& placement : placements) {
+        EditableMotionCurveKey* const key = placement.key;
+        if (!isIndexAvailable(placement.target)) {
+            failedKeys.push_back(key);
+            if (!placement.isNewcomer) {
+                placement.detached.release();
+                _disconnectKey(key);
+                Q_EMIT keyAboutToBeRemoved(key);
+            }
+            continue;
+        }
+        if (placement.isNewcomer) {
+            MotionCurve::insert(placement.target, key->_record());
+        } else {
+            attach(std::move(placement.detached), placement.target);
+        }
+        Q_EMIT key->indexChanged(placement.target);
+        if (placement.isNewcomer) {
+            _connectKey(key);
+            Q_EMIT keyAdded(key);
+        }
+    }
+    batch.end();
+    if (!failedKeys.empty()) {
+        throw EditableMotionCurveReorganizedFail(failedKeys);
+    }
+}
+
+EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
+                                                                            const KeysIndexMap& toInsert) {
+    BatchWithFrames batch(*this);
+    KeysIndexMap left;
+    for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
+        if (entry.key() != nullptr && getKey(entry.value()) == entry.key()) {
+            left.insert(release(entry.value()), entry.value());
+        }
+    }
+    for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
+        EditableMotionCurveKey* const key = entry.key();
+        const bool hasCurve = key != nullptr && key->getParentCurve() != nullptr;
+        if (key == nullptr || (hasCurve && (!_edits(key) || _find(key) != end()))) {
+            continue; // A key has one owner: what stands in a curve is not taken in a second time.
+        }
+        EditableMotionCurveKey* const displaced = release(entry.value());
+        MotionCurve::insert(entry.value(), key->_record());
+        _connectKey(key);
+        Q_EMIT keyAdded(key);
+        if (displaced != nullptr) {
+            left.insert(displaced, entry.value());
+        }
+    }
+    batch.end();
+    return left;
+}
+
+template <class Keys, class Action>
+void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
+    Batch batch(*this);
+    if (keys.isEmpty()) {
+        // Deliberate: see aBulkEditOfNothingLeavesTheBatchDepthRaised().
+        batch.leaveRaised();
+        return;
+    }
+    for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
+        EditableMotionCurveKey* key = nullptr;
+        if constexpr (std::is_same_v<Keys, KeysSet>) {
+            key = *entry;
+        } else {
+            key = entry.key();
+        }
+        if (_edits(key)) {
+            action(*key, *entry);
+        }
+    }
+    batch.end();
+}
+
+void EditableMotionCurve::moveTangents(const KeysSet& tangents, TangentSide side, QPair<float, float> offset) {
+    _editEach(tangents, [&](EditableMotionCurveKey& key, auto) { key.setTangentOffset(side, offset); });
+}
+
+void EditableMotionCurve::moveTangents(const TangentPosMap& tangentsPos, TangentSide side) {
+    _editEach(tangentsPos, [&](EditableMotionCurveKey& key, const QPair<float, float>& offset) {
+        key.setTangentOffset(side, offset);
+    });
+}
+
+void EditableMotionCurve::setTangentsType(const KeySideMap& tangentsSide, InterpolationType type) {
+    _editEach(tangentsSide, [&](EditableMotionCurveKey& key, TangentSide side) { key.setTangentType(side, type); });
+}
+
+void EditableMotionCurve::setTangentsType(const TangentTypeMap& tangentsType) {
+    _editEach(tangentsType, [](EditableMotionCurveKey& key, const QPair<TangentSide, InterpolationType>& type) {
+        key.setTangentType(type.first, type.second);
+    });
+}
+
+void EditableMotionCurve::setKeysSmooth(const KeysSet& keys, bool smooth) {
+    _editEach(keys, [&](EditableMotionCurveKey& key, auto) { key.setSmooth(smooth); });
+}
+
+void EditableMotionCurve::setKeysSmooth(const KeyStateMap& keysSmooth) {
+    _editEach(keysSmooth, [](EditableMotionCurveKey& key, bool smooth) { key.setSmooth(smooth); });
+}
+
+void EditableMotionCurve::setKeysSymmetrical(const KeysSet& keys, bool symmetrical) {
+    _editEach(keys, [&](EditableMotionCurveKey& key, auto) { key.setSymmetrical(symmetrical); });
+}
+
+void EditableMotionCurve::setKeysSymmetrical(const KeyStateMap& keysSymmetrical) {
+    _editEach(keysSymmetrical, [](EditableMotionCurveKey& key, bool symmetrical) { key.setSymmetrical(symmetrical); });
+}
+
+void EditableMotionCurve::setKeysParam(const KeysSet& keys, InterpolationType type, bool smooth, bool symmetrical) {
+    _editEach(keys, [&](EditableMotionCurveKey& key, auto) {
+        key.setTangentType(TangentSide::left, type);
+        key.setTangentType(TangentSide::right, type);
+        key.setSmooth(smooth);
+        key.setSymmetrical(symmetrical);
+    });
+}
+
+void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType, const TangentPosMap& leftTangentsOffset,
+                                      const TangentPosMap& rightTangentsOffset, const KeyStateMap& keysSmooth,
+                                      const KeyStateMap& keysSymmetrical) {
+    Batch batch(*this);
+    setKeysSmooth(keysSmooth);
+    setKeysSymmetrical(keysSymmetrical);
+    setTangentsType(tangentsType);
+    moveTangents(leftTangentsOffset, TangentSide::left);
+    moveTangents(rightTangentsOffset, TangentSide::right);
+    batch.end();
+}
+
+void EditableMotionCurve::_restoreRecords(const KeyRecords& records) {
+    const auto differs = [this](const auto& entry) {
+        return _edits(entry.first) && entry.first->_differsFrom(entry.second);
+    };
+    if (std::none_of(records.begin(), records.end(), differs)) {
+        return;
+    }
+    Batch batch(*this);
+    for (const auto& entry : records) {
+        if (differs(entry)) {
+            entry.first->_restoreRecord(entry.second);
+        }
+    }
+    batch.end();
+}
+
+void EditableMotionCurve::setTimeUnit(const RationalSeconds& /*pTimeUnit*/) {}
+void EditableMotionCurve::setFps(int /*pFps*/) {}
+void EditableMotionCurve::setValueLimits(const QPair<float, float>& /*pLimits*/) {}
+void EditableMotionCurve::setMinValue(float /*pMin*/) {}
+void EditableMotionCurve::setMaxValue(float /*pMax*/) {}
+void EditableMotionCurve::setMaxAbsoluteDerivative(float /*pMaxAbsoluteDerivative*/) {}
+
+} // namespace ZT

@@ -1,0 +1,339 @@
+#include "model/EditableMotionCurveKey.h"
+
+#include "base/animation/KeySerialization.h"
+#include "base/math/BezierTangents.h"
+#include "model/EditableMotionCurve.h"
+#include "model/EditableMotionCurveExceptions.h"
+
+#include <boost/optional.hpp>
+
+#include <cmath>
+#include <cstring>
+#include <locale>
+#include <memory>
+#include <stdexcept>
+
+namespace ZT {
+
+using VQ::Math::Position2D;
+using VQ::Math::Interpolation::InterpolationType;
+using VQ::Math::Interpolation::Key;
+using Tree = boost::property_tree::ptree;
+
+namespace {
+
+const char* const symmetricalAttribute = "symmetrical";
+const char* const smoothAttribute = "smooth";
+
+// Two floats that compare equal may still differ in sign or as NaNs; undo restores bits.
+bool sameBits(float a, float b) noexcept { return std::memcmp(&a, &b, sizeof a) == 0; }
+bool sameBits(const Position2D& a, const Position2D& b) noexcept { return sameBits(a.x, b.x) && sameBits(a.y, b.y); }
+
+float angle(float x, float y) noexcept { return std::atan2(y, x); }
+
+Position2D polar(float direction, float length) noexcept {
+    return {std::cos(direction) * length, std::sin(direction) * length};
+}
+
+Position2D opposite(const Position2D& point) noexcept { return {-point.x, -point.y}; }
+
+bool readFlag(const Tree& tree, const char* attribute) {
+    // In the classic locale whatever the global one is, so that "true" always reads as true.
+    using Translator = boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
+    return tree.get_optional<bool>(std::string("<xmlattr>.") + attribute, Translator(std::locale::classic()))
+        .get_value_or(false);
+}
+
+void writeFlag(Tree& tree, const char* attribute) {
+    using Translator = boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
+    tree.put(std::string("<xmlattr>.") + attribute, true, Translator(std::locale::classic()));
+}
+
+} // namespace
+
+const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{
+    [](Key* key) noexcept { delete _wholeKey(key); },
+    [](const Key& key) { return _wholeKey(&key)->serialize(); },
+    [](Key& key, const Tree& tree) { return _wholeKey(&key)->deserialize(tree); }};
+
+EditableMotionCurveKey::EditableMotionCurveKey() = default;
+
+EditableMotionCurveKey::EditableMotionCurveKey(const Key& key)
+    : Key(key) {}
+
+EditableMotionCurveKey::~EditableMotionCurveKey() = default;
+
+EditableMotionCurveKey* EditableMotionCurveKey::clone() const {
+    auto copy = std::make_unique<EditableMotionCurveKey>(baseMotionCurveKey());
+    copy->_smooth = _smooth;
+    copy->_symmetrical = _symmetrical;
+    return copy.release();
+}
+
+Key EditableMotionCurveKey::baseMotionCurveKey() const { return *this; }
+
+InterpolationType EditableMotionCurveKey::getTangentType(TangentSide side) const noexcept {
+    switch (side) {
+    case TangentSide::left:
+        return leftTangentType;
+    case TangentSide::right:
+        return rightTangentType;
+    }
+    return InterpolationType::bezierAuto;
+}
+
+QPair<float, float> EditableMotionCurveKey::getTangentOffset(TangentSide side) const noexcept {
+    switch (side) {
+    case TangentSide::left:
+        return {leftTangentOffset.x, leftTangentOffset.y};
+    case TangentSide::right:
+        return {rightTangentOffset.x, rightTangentOffset.y};
+    }
+    return {0.0F, 0.0F};
+}
+
+void EditableMotionCurveKey::setValue(float pValue) {
+    if (pValue == value) {
+        return;
+    }
+    value = pValue;
+    Q_EMIT valueChanged(pValue);
+}
+
+void EditableMotionCurveKey::setLeftTangentType(const InterpolationType& pType) { _setType(leftTangentType, pType); }
+
+void EditableMotionCurveKey::setRightTangentType(const InterpolationType& pType) {
+    _setType(rightTangentType, pType);
+}
+
+void EditableMotionCurveKey::setTangentType(TangentSide side, InterpolationType type) {
+    switch (side) {
+    case TangentSide::left:
+        return _setType(leftTangentType, type);
+    case TangentSide::right:
+        return _setType(rightTangentType, type);
+    }
+}
+
+// Deliberate: recomputing automatic handles may emit tangentsChanged() itself, so that a change of type may emit
+// it twice. See aTypeChangeThatMovesAnAutomaticHandleEmitsTangentsChangedTwice().
+void EditableMotionCurveKey::_setType(InterpolationType& type, InterpolationType newType) {
+    if (type == newType) {
+        return;
+    }
+    type = newType;
+    _onTangentTypeChanged();
+    Q_EMIT tangentsChanged();
+}
+
+bool EditableMotionCurveKey::_bothBezier() const noexcept {
+    return leftTangentType == InterpolationType::bezier && rightTangentType == InterpolationType::bezier;
+}
+
+void EditableMotionCurveKey::_onTangentTypeChanged() {
+    if (!_bothBezier()) {
+        updateBezierAutoTangents();
+        return;
+    }
+    Position2D& left = leftTangentOffset;
+    Position2D& right = rightTangentOffset;
+    if (_symmetrical) {
+        right = Position2D((right.x - left.x) * 0.5F, (right.y - left.y) * 0.5F);
+        left = opposite(right);
+    } else if (_smooth) {
+        // Deliberate: the plain mean of two angles. Directions on either side of a half turn average to the opposite
+        // direction; see handlesThatStraddleAHalfTurnAverageToTheOppositeDirection().
+        const float mean = (angle(-left.x, -left.y) + angle(right.x, right.y)) * 0.5F;
+        left = opposite(polar(mean, left.norm()));
+        right = polar(mean, right.norm());
+    }
+}
+
+void EditableMotionCurveKey::setLeftTangentOffset(const QPair<float, float>& pOffset) {
+    _setOffset(TangentSide::left, pOffset);
+}
+
+void EditableMotionCurveKey::setRightTangentOffset(const QPair<float, float>& pOffset) {
+    _setOffset(TangentSide::right, pOffset);
+}
+
+void EditableMotionCurveKey::setTangentOffset(TangentSide side, QPair<float, float> offset) {
+    if (side == TangentSide::left || side == TangentSide::right) {
+        _setOffset(side, offset);
+    }
+}
+
+void EditableMotionCurveKey::_setOffset(TangentSide side, const QPair<float, float>& offset) {
+    Position2D& own = side == TangentSide::left ? leftTangentOffset : rightTangentOffset;
+    const Position2D target(offset.first, offset.second);
+    // Deliberate: only a "bezier" handle is the user's to set; see offsetsOfOtherTypesCannotBeSet().
+    if (getTangentType(side) != InterpolationType::bezier || own == target) {
+        return;
+    }
+    own = target;
+    _onTangentParamChanged(side);
+    Q_EMIT tangentsChanged();
+}
+
+void EditableMotionCurveKey::_onTangentParamChanged(TangentSide side) {
+    if (!_bothBezier() || (side != TangentSide::left && side != TangentSide::right)) {
+        return;
+    }
+    const bool fromLeft = side == TangentSide::left;
+    const Position2D& own = fromLeft ? leftTangentOffset : rightTangentOffset;
+    Position2D& other = fromLeft ? rightTangentOffset : leftTangentOffset;
+    if (_symmetrical) {
+        other = opposite(own);
+    } else if (_smooth) {
+        // The direction of the outgoing handle, whichever of the two was moved.
+        const float direction = fromLeft ? angle(-own.x, -own.y) : angle(own.x, own.y);
+        const Position2D outgoing = polar(direction, other.norm());
+        other = fromLeft ? outgoing : opposite(outgoing);
+    }
+}
+
+bool EditableMotionCurveKey::_applyFlag(bool& flag, bool newFlag) {
+    if (flag == newFlag) {
+        return false;
+    }
+    flag = newFlag;
+    if (newFlag) {
+        leftTangentType = InterpolationType::bezier;
+        rightTangentType = InterpolationType::bezier;
+        _onTangentTypeChanged();
+    }
+    return true;
+}
+
+// Deliberate: the flags' signals stand for the tangents too; see aFlagThatForcesTheTypesEmitsOnlyItsOwnSignal().
+void EditableMotionCurveKey::setSmooth(bool pSmooth) {
+    if (_applyFlag(_smooth, pSmooth)) {
+        Q_EMIT smoothChanged(pSmooth);
+    }
+}
+
+void EditableMotionCurveKey::setSymmetrical(bool pSymmetrical) {
+    if (_applyFlag(_symmetrical, pSymmetrical)) {
+        Q_EMIT symmetricalChanged(pSymmetrical);
+    }
+}
+
+bool EditableMotionCurveKey::updateBezierAutoTangents() {
+    const bool leftAuto = leftTangentType == InterpolationType::bezierAuto;
+    const bool rightAuto = rightTangentType == InterpolationType::bezierAuto;
+    if (_parentCurve == nullptr || (!leftAuto && !rightAuto)) {
+        return false;
+    }
+    const EditableMotionCurve& curve = *_parentCurve;
+    const EditableMotionCurveKey* const previous = curve.getPreviousKey(this);
+    const EditableMotionCurveKey* const next = curve.getNextKey(this);
+    const unsigned int frame = index(this);
+    const auto distance = [](unsigned int from, unsigned int to) { return static_cast<float>(to - from); };
+    // Deliberate: without a previous key the distance is the one to frame 0; see
+    // theFirstKeyMeasuresItsLeftHandleFromFrameZero().
+    const float dxPrevious = distance(index(previous), frame);
+    const float dxNext = next != nullptr ? distance(frame, index(next)) : 0.0F;
+    const float dyPrevious = previous != nullptr ? value - previous->value : 0.0F;
+    const float dyNext = next != nullptr ? next->value - value : 0.0F;
+    const auto [left, right] = VQ::Math::computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
+
+    constexpr float tolerance = 0.0001F;
+    bool changed = false;
+    if (leftAuto && !leftTangentOffset.isNear(left, tolerance)) {
+        leftTangentOffset = left;
+        changed = true;
+    }
+    if (rightAuto && !rightTangentOffset.isNear(right, tolerance)) {
+        rightTangentOffset = right;
+        changed = true;
+    }
+    if (changed) {
+        Q_EMIT tangentsChanged();
+    }
+    return changed;
+}
+
+Tree EditableMotionCurveKey::serialize() const {
+    Tree tree = VQ::Animation::serialize(*this);
+    if (_symmetrical) {
+        writeFlag(tree, symmetricalAttribute);
+    }
+    if (_smooth) {
+        writeFlag(tree, smoothAttribute);
+    }
+    return tree;
+}
+
+bool EditableMotionCurveKey::deserialize(const Tree& tree) {
+    Key read;
+    try {
+        read = VQ::Animation::deserializeMotionCurveKey(tree);
+    } catch (const std::invalid_argument&) {
+        return false;
+    }
+    const bool symmetrical = readFlag(tree, symmetricalAttribute);
+    const bool smooth = readFlag(tree, smoothAttribute);
+    Key::operator=(read);
+    setSymmetrical(symmetrical);
+    setSmooth(smooth);
+    return true;
+}
+
+bool EditableMotionCurveKey::_differsFrom(const Key& record) const noexcept {
+    const auto differs = [](InterpolationType type, const Position2D& offset, InterpolationType otherType,
+                            const Position2D& otherOffset) {
+        return type != otherType || (type != InterpolationType::bezierAuto && !sameBits(offset, otherOffset));
+    };
+    return !sameBits(value, record.value) ||
+           differs(leftTangentType, leftTangentOffset, record.leftTangentType, record.leftTangentOffset) ||
+           differs(rightTangentType, rightTangentOffset, record.rightTangentType, record.rightTangentOffset);
+}
+
+void EditableMotionCurveKey::_restoreRecord(const Key& record) {
+    if (!_differsFrom(record)) {
+        return;
+    }
+    const float oldValue = std::exchange(value, record.value);
+    const bool tangentsDiffer = _differsFrom(record);
+    leftTangentType = record.leftTangentType;
+    rightTangentType = record.rightTangentType;
+    if (leftTangentType != InterpolationType::bezierAuto) {
+        leftTangentOffset = record.leftTangentOffset;
+    }
+    if (rightTangentType != InterpolationType::bezierAuto) {
+        rightTangentOffset = record.rightTangentOffset;
+    }
+    if (!sameBits(oldValue, value)) {
+        Q_EMIT valueChanged(value);
+    }
+    if (tangentsDiffer) {
+        Q_EMIT tangentsChanged();
+    }
+}
+
+unsigned int index(const EditableMotionCurveKey* key) {
+    if (key == nullptr || key->getParentCurve() == nullptr) {
+        return 0U;
+    }
+    try {
+        return std::as_const(*key->getParentCurve()).getIndexOf(key);
+    } catch (const EditableMotionCurveKeyNotFound&) {
+        return 0U;
+    }
+}
+
+QString interpolTypeToString(InterpolationType type) {
+    switch (type) {
+    case InterpolationType::constant:
+        return QObject::tr("constant");
+    case InterpolationType::linear:
+        return QObject::tr("linear");
+    case InterpolationType::bezier:
+        return QObject::tr("bezier");
+    case InterpolationType::bezierAuto:
+        break;
+    }
+    return QObject::tr("bezier auto");
+}
+
+} // namespace ZT
