@@ -8,11 +8,11 @@ namespace ZT {
 
 class EditableAnimation;
 
-/// The frame markers that an editor shows over one animation: the selected frame, the span that plays and a user
-/// range. Frames are counted from 1 here.
+/// The frame markers that an editor shows over one animation: the selected frame, the span that plays and a
+/// user range. Frames are counted from 1 here.
 ///
-/// Each setter does nothing when the value is the stored one; otherwise it stores, then emits. Setting one end of
-/// a pair past the other takes the other end along, whose signal comes second. The resets do not.
+/// Each setter does nothing when the value is the stored one; otherwise it stores, then emits. Setting one
+/// end of a pair past the other takes the other end along, whose signal comes second. The resets do not.
 class ZT_MODEL_EXPORT AnimationMarkers : public QObject {
     Q_OBJECT
 

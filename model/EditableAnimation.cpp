@@ -23,12 +23,21 @@ EditableAnimation::EditableAnimation(const VQ::Animation::Animation& animation, 
 
 EditableAnimation::~EditableAnimation() = default;
 
-EditableAnimation::iterator EditableAnimation::begin() { return _toEditableIterator(Animation::begin()); }
-EditableAnimation::iterator EditableAnimation::end() { return _toEditableIterator(Animation::end()); }
-EditableAnimation::const_iterator EditableAnimation::begin() const { return _toEditableIterator(Animation::begin()); }
-EditableAnimation::const_iterator EditableAnimation::end() const { return _toEditableIterator(Animation::end()); }
+EditableAnimation::iterator EditableAnimation::begin() {
+    return _toEditableIterator(Animation::begin());
+}
+EditableAnimation::iterator EditableAnimation::end() {
+    return _toEditableIterator(Animation::end());
+}
+EditableAnimation::const_iterator EditableAnimation::begin() const {
+    return _toEditableIterator(Animation::begin());
+}
+EditableAnimation::const_iterator EditableAnimation::end() const {
+    return _toEditableIterator(Animation::end());
+}
 
-EditableAnimation::iterator EditableAnimation::_toEditableIterator(VQ::Animation::Animation::iterator position) {
+EditableAnimation::iterator
+EditableAnimation::_toEditableIterator(VQ::Animation::Animation::iterator position) {
     return iterator(position, ToEditable());
 }
 EditableAnimation::const_iterator
@@ -48,7 +57,9 @@ EditableAnimationLayer* EditableAnimation::getLayer(const QString& name) {
     return position == end() ? nullptr : *position;
 }
 
-VQ::Animation::Animation EditableAnimation::baseAnimation() const { return *this; }
+VQ::Animation::Animation EditableAnimation::baseAnimation() const {
+    return *this;
+}
 
 unsigned int EditableAnimation::getGreaterIndex() const {
     unsigned int greatest = 0;
@@ -78,7 +89,9 @@ EditableAnimation::iterator EditableAnimation::erase(iterator pPosition) {
     return _toEditableIterator(Animation::erase(pPosition.base()));
 }
 
-void EditableAnimation::clear() { Animation::clear(); }
+void EditableAnimation::clear() {
+    Animation::clear();
+}
 
 void EditableAnimation::_onGreaterCurveIndexChanged(unsigned int newGreater, unsigned int previousGreater) {
     if (_greaterIndex < newGreater) {
@@ -101,14 +114,16 @@ void EditableAnimation::_connectLayer(EditableAnimationLayer* layer) const {
     layer->_setParentAnimation(const_cast<EditableAnimation*>(this));
     connect(layer, SIGNAL(nameChanged(QString)), this, SIGNAL(layersChanged()));
     connect(layer, SIGNAL(curveChanged()), this, SIGNAL(layersChanged()));
-    connect(layer, SIGNAL(greaterIndexChanged(uint, uint)), this, SLOT(_onGreaterCurveIndexChanged(uint, uint)));
+    connect(layer, SIGNAL(greaterIndexChanged(uint, uint)), this,
+            SLOT(_onGreaterCurveIndexChanged(uint, uint)));
 }
 
 void EditableAnimation::_disconnectLayer(EditableAnimationLayer* layer) const {
     layer->_setParentAnimation(nullptr);
     disconnect(layer, SIGNAL(nameChanged(QString)), this, SIGNAL(layersChanged()));
     disconnect(layer, SIGNAL(curveChanged()), this, SIGNAL(layersChanged()));
-    disconnect(layer, SIGNAL(greaterIndexChanged(uint, uint)), this, SLOT(_onGreaterCurveIndexChanged(uint, uint)));
+    disconnect(layer, SIGNAL(greaterIndexChanged(uint, uint)), this,
+               SLOT(_onGreaterCurveIndexChanged(uint, uint)));
 }
 
 } // namespace ZT

@@ -15,8 +15,8 @@ class AnimationMarkers;
 
 /// The root of the editable model: an ordered, owning list of editable layers, and the animation's markers.
 ///
-/// A view observes the whole animation through layersChanged() and greaterIndexChanged(). Changes of the list itself
-/// emit nothing: whoever makes them tells the views.
+/// A view observes the whole animation through layersChanged() and greaterIndexChanged(). Changes of the list
+/// itself emit nothing: whoever makes them tells the views.
 class ZT_MODEL_EXPORT EditableAnimation : public QObject, protected VQ::Animation::Animation {
     Q_OBJECT
 
@@ -33,7 +33,8 @@ public:
     /// In list order; *it is an EditableAnimationLayer*.
     using iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::Animation::iterator>;
     /// In list order; *it is a const EditableAnimationLayer*.
-    using const_iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::Animation::const_iterator>;
+    using const_iterator =
+        boost::iterators::transform_iterator<ToEditable, VQ::Animation::Animation::const_iterator>;
 
     /// An animation without layers.
     explicit EditableAnimation(QObject* parent = nullptr);
@@ -88,7 +89,8 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Appends the layer and takes ownership. Emits nothing.
     void push_back(EditableAnimationLayer* pLayer);
-    /// Inserts the layer before @p pBefore and takes ownership. Emits nothing. Returns the iterator to the layer.
+    /// Inserts the layer before @p pBefore and takes ownership. Emits nothing. Returns the iterator to the
+    /// layer.
     iterator insert(iterator pBefore, EditableAnimationLayer* pLayer);
     /// Removes and deletes the layer. Emits nothing. Returns the iterator behind it.
     iterator erase(iterator pPosition);

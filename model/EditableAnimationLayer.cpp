@@ -4,7 +4,9 @@
 
 namespace ZT {
 
-EditableAnimationLayer::EditableAnimationLayer() { _wrapCurve(); }
+EditableAnimationLayer::EditableAnimationLayer() {
+    _wrapCurve();
+}
 
 EditableAnimationLayer::EditableAnimationLayer(const VQ::Animation::AnimationLayer& layer)
     : AnimationLayer(layer) {
@@ -15,15 +17,20 @@ EditableAnimationLayer::~EditableAnimationLayer() = default;
 
 void EditableAnimationLayer::_wrapCurve() {
     // A record without a curve, which only a caller's own hand can make, gets an empty one.
-    auto wrapped = curve ? std::make_unique<EditableMotionCurve>(*curve) : std::make_unique<EditableMotionCurve>();
+    auto wrapped =
+        curve ? std::make_unique<EditableMotionCurve>(*curve) : std::make_unique<EditableMotionCurve>();
     EditableMotionCurve* const editableCurve = wrapped.get();
     curve = std::unique_ptr<VQ::Animation::MotionCurve>(wrapped.release());
     _connectCurve(editableCurve);
 }
 
-QString EditableAnimationLayer::getActuatorName() const { return QString::fromStdString(actuatorName); }
+QString EditableAnimationLayer::getActuatorName() const {
+    return QString::fromStdString(actuatorName);
+}
 
-VQ::Animation::AnimationLayer EditableAnimationLayer::baseAnimationLayer() const { return *this; }
+VQ::Animation::AnimationLayer EditableAnimationLayer::baseAnimationLayer() const {
+    return *this;
+}
 
 EditableMotionCurve* EditableAnimationLayer::getCurve() const noexcept {
     return static_cast<EditableMotionCurve*>(curve.get());
@@ -75,7 +82,8 @@ void EditableAnimationLayer::_connectCurve(EditableMotionCurve* editableCurve) c
     connect(editableCurve, SIGNAL(timeUnitChanged()), this, SIGNAL(curveChanged()));
     connect(editableCurve, SIGNAL(valueLimitsChanged(QPair<float, float>)), this, SIGNAL(curveChanged()));
     connect(editableCurve, SIGNAL(maxAbsoluteDerivativeChanged(float)), this, SIGNAL(curveChanged()));
-    connect(editableCurve, SIGNAL(greaterIndexChanged(uint, uint)), this, SIGNAL(greaterIndexChanged(uint, uint)));
+    connect(editableCurve, SIGNAL(greaterIndexChanged(uint, uint)), this,
+            SIGNAL(greaterIndexChanged(uint, uint)));
 }
 
 void EditableAnimationLayer::_disconnectCurve(EditableMotionCurve* editableCurve) const {

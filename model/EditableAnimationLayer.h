@@ -40,8 +40,8 @@ public:
     /// The layer's tree; each key keeps its smooth and symmetrical flags.
     using VQ::Animation::AnimationLayer::serialize;
     /// Replaces name, mute flag and curve by those of a tree; the old curve and its keys are destroyed. Emits
-    /// curveChanged() for each automatic handle that is recomputed in the new curve, and nothing for name and mute
-    /// flag. On false the layer is unchanged.
+    /// curveChanged() for each automatic handle that is recomputed in the new curve, and nothing for name and
+    /// mute flag. On false the layer is unchanged.
     using VQ::Animation::AnimationLayer::deserialize;
     using VQ::Animation::AnimationLayer::problemIn;
 

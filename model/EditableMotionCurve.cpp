@@ -18,12 +18,13 @@ namespace {
 // Here, so that a static library brings it along with the curve.
 const bool metaTypesAreRegistered = registerMetaTypes();
 
-// A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs neither
-// text comparisons nor a functor object for each connection.
+// A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
+// neither text comparisons nor a functor object for each connection.
 struct KeyConnections {
-    std::array<int, 3> signalIndices{QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
-                                     QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
-                                     QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
+    std::array<int, 3> signalIndices{
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
     int slotIndex = EditableMotionCurve::staticMetaObject.indexOfSlot("onKeysChanged()");
 
     static const KeyConnections& get() {
@@ -52,15 +53,21 @@ EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve
 
 EditableMotionCurve::~EditableMotionCurve() = default;
 
-VQ::Animation::MotionCurve EditableMotionCurve::baseMotionCurve() const { return *this; }
+VQ::Animation::MotionCurve EditableMotionCurve::baseMotionCurve() const {
+    return *this;
+}
 
 QPair<float, float> EditableMotionCurve::getValueLimits() const {
     const auto limits = MotionCurve::getValueLimits();
     return {limits.first, limits.second};
 }
 
-EditableMotionCurve::iterator EditableMotionCurve::begin() { return _toEditableIterator(MotionCurve::begin()); }
-EditableMotionCurve::iterator EditableMotionCurve::end() { return _toEditableIterator(MotionCurve::end()); }
+EditableMotionCurve::iterator EditableMotionCurve::begin() {
+    return _toEditableIterator(MotionCurve::begin());
+}
+EditableMotionCurve::iterator EditableMotionCurve::end() {
+    return _toEditableIterator(MotionCurve::end());
+}
 EditableMotionCurve::const_iterator EditableMotionCurve::begin() const {
     return _toEditableIterator(MotionCurve::begin());
 }
@@ -84,7 +91,9 @@ const EditableMotionCurveKey* EditableMotionCurve::getKey(unsigned int index) co
     return position == end() ? nullptr : position->second;
 }
 
-bool EditableMotionCurve::isIndexAvailable(unsigned int index) const { return find(index) == end(); }
+bool EditableMotionCurve::isIndexAvailable(unsigned int index) const {
+    return find(index) == end();
+}
 
 unsigned int EditableMotionCurve::getGreaterIndex() const {
     if (empty()) {
@@ -126,7 +135,9 @@ EditableMotionCurveKey* EditableMotionCurve::getNextKey(const EditableMotionCurv
     return const_cast<EditableMotionCurveKey*>(std::as_const(*this).getNextKey(key));
 }
 
-float EditableMotionCurve::valueAt(double frame) const { return VQ::Animation::evaluate(*this, frame); }
+float EditableMotionCurve::valueAt(double frame) const {
+    return VQ::Animation::evaluate(*this, frame);
+}
 
 EditableMotionCurve::iterator EditableMotionCurve::_find(const EditableMotionCurveKey* key) {
     return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
@@ -211,8 +222,8 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         _erase(occupant);
     }
     if (_find(pKey) != end()) {
-        // Deliberate: the only check of the greatest frame is the one inside, measured after the occupant is gone; see
-        // insertingAHeldKeyComparesTheGreatestFrameAfterTheOccupantIsGone().
+        // Deliberate: the only check of the greatest frame is the one inside, measured after the occupant is
+        // gone; see insertingAHeldKeyComparesTheGreatestFrameAfterTheOccupantIsGone().
         translateKey(pKey, pIndex);
         return find(pIndex);
     }
@@ -275,7 +286,9 @@ void EditableMotionCurve::remove(iterator pPosition) {
     _checkGreaterIndexChanged(previousGreater);
 }
 
-void EditableMotionCurve::remove(Index pIndex) { remove(find(pIndex)); }
+void EditableMotionCurve::remove(Index pIndex) {
+    remove(find(pIndex));
+}
 
 void EditableMotionCurve::clear() {
     const unsigned int previousGreater = getGreaterIndex();

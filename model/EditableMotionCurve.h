@@ -23,23 +23,23 @@ namespace ZT {
 
 class EditableAnimationLayer;
 
-/// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every key is
-/// an EditableMotionCurveKey.
+/// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every
+/// key is an EditableMotionCurveKey.
 ///
-/// **Owners.** The curve owns the keys that it holds. A key that is released, displaced by releaseAndInsertKeys() or
-/// could not be placed by reorganizeKeys() belongs to the caller; one that insert() displaces, remove() or clear()
-/// takes out is destroyed.
+/// **Owners.** The curve owns the keys that it holds. A key that is released, displaced by
+/// releaseAndInsertKeys() or could not be placed by reorganizeKeys() belongs to the caller; one that insert()
+/// displaces, remove() or clear() takes out is destroyed.
 ///
 /// **Batches.** A bulk operation raises the batch depth. While it is raised, signals of keys do not produce
-/// keysChanged() and single operations do not check the greatest frame; the bulk operation announces both once at
-/// its end. Deliberate: moveKeys() and the bulk edits of tangents and parameters leave the depth raised for good
-/// when they are given nothing to do.
+/// keysChanged() and single operations do not check the greatest frame; the bulk operation announces both
+/// once at its end. Deliberate: moveKeys() and the bulk edits of tangents and parameters leave the depth
+/// raised for good when they are given nothing to do.
 ///
 /// **Skipped keys.** Bulk operations skip keys that are null or belong to another curve without a word.
 ///
 /// Frames are counted from 0; no two keys stand at one frame. Looking a key up costs O(1), looking a frame up
-/// O(log n), single edits O(log n), bulk operations O(n log n). Every signal is emitted after the state that it
-/// announces is complete, and slots run inside the operation.
+/// O(log n), single edits O(log n), bulk operations O(n log n). Every signal is emitted after the state that
+/// it announces is complete, and slots run inside the operation.
 class ZT_MODEL_EXPORT EditableMotionCurve : public QObject, protected VQ::Animation::MotionCurve {
     Q_OBJECT
 
@@ -54,7 +54,8 @@ public:
     using Index = unsigned int;
     /// Bidirectional, in ascending frame order; an element is the pair (frame, EditableMotionCurveKey*).
     using iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::iterator>;
-    using const_iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::const_iterator>;
+    using const_iterator =
+        boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::const_iterator>;
     using KeysIndexMap = QMap<ZT::EditableMotionCurveKey*, unsigned int>;
     /// x is the frame, y the value.
     using KeyPosMap = QMap<ZT::EditableMotionCurveKey*, QPointF>;
@@ -73,8 +74,8 @@ public:
     /// An empty curve.
     EditableMotionCurve();
 
-    /// Wraps a copy of @p curve: same settings, each key wrapped and connected, automatic handles recomputed. No
-    /// signal of the curve is emitted. O(n).
+    /// Wraps a copy of @p curve: same settings, each key wrapped and connected, automatic handles recomputed.
+    /// No signal of the curve is emitted. O(n).
     explicit EditableMotionCurve(const VQ::Animation::MotionCurve& curve);
 
     ~EditableMotionCurve() override;
@@ -83,8 +84,8 @@ public:
     VQ::Animation::MotionCurve baseMotionCurve() const;
 
     /// The curve's tree; each key keeps its smooth and symmetrical flags.
-    using VQ::Animation::MotionCurve::serialize;
     using VQ::Animation::MotionCurve::problemIn;
+    using VQ::Animation::MotionCurve::serialize;
 
     /// The layer that holds the curve, or null.
     EditableAnimationLayer* getParentLayer() const noexcept { return _parentLayer; }
@@ -140,21 +141,23 @@ public:
     const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const;
 
     /// Makes this curve the key's parent and connects the key's valueChanged(), tangentsChanged() and
-    /// indexChanged(), in this order, to onKeysChanged(). A key whose parent this curve is already is connected.
+    /// indexChanged(), in this order, to onKeysChanged(). A key whose parent this curve is already is
+    /// connected.
     void _connectKey(ZT::EditableMotionCurveKey* key) const;
     /// Makes the key parentless and takes the three connections back.
     void _disconnectKey(ZT::EditableMotionCurveKey* key) const;
 
-    /// Writes the records of keys of this curve back past all rules, where they differ, as one batch: the keys'
-    /// signals, then one keysChanged(). Nothing is emitted when nothing differs. For undo; handles that are
-    /// automatic stay.
-    void _restoreRecords(const KeyRecords& records);
+    /// Writes the handles of keys of this curve back past all rules (see the key's function of that name) as
+    /// one batch: the keys' signals, then one keysChanged(). Nothing is emitted when nothing differs. For
+    /// undo.
+    void _restoreHandles(const KeyRecords& records);
 
     /// A new key with default values, connected to this curve but not in it; belongs to the caller.
     VQ::Math::Interpolation::Key* createCurveKey() const override;
 
 Q_SIGNALS:
-    /// Keys moved or changed. Once for each signal of a key outside bulk operations, once at the end of each of those.
+    /// Keys moved or changed. Once for each signal of a key outside bulk operations, once at the end of each
+    /// of those.
     void keysChanged();
     /// Never emitted: the settings of an editable curve do not change.
     void timeUnitChanged();
@@ -172,27 +175,30 @@ Q_SIGNALS:
     void greaterIndexChanged(unsigned int newGreater, unsigned int previousGreater);
 
 public Q_SLOTS:
-    /// Replaces settings and keys by those of @p tree and recomputes automatic handles in frame order. Emits no
-    /// structural signal; each recomputed handle yields keysChanged(). On false the curve is unchanged.
+    /// Replaces settings and keys by those of @p tree and recomputes automatic handles in frame order. Emits
+    /// no structural signal; each recomputed handle yields keysChanged(). On false the curve is unchanged.
     bool deserialize(const boost::property_tree::ptree& tree) override;
 
     /// Puts a key at @p pIndex and takes ownership. Another key that stands there is destroyed.
     ///
-    /// Emits keyAboutToBeRemoved(displaced), keyAdded(pKey), greaterIndexChanged(), each only if it applies; for a
-    /// key that this curve holds at another frame keyAboutToBeRemoved(displaced) and then as translateKey(). A key of
-    /// another curve must be released there first. Null is ignored and answered with end().
+    /// Emits keyAboutToBeRemoved(displaced), keyAdded(pKey), greaterIndexChanged(), each only if it applies;
+    /// for a key that this curve holds at another frame keyAboutToBeRemoved(displaced) and then as
+    /// translateKey(). A key of another curve must be released there first. Null is ignored and answered with
+    /// end().
     iterator insert(Index pIndex, EditableMotionCurveKey* pKey);
 
-    /// Takes the keys of @p toRelease out, each only where that very key stands at the given frame, then puts the
-    /// keys of @p toInsert in, each displacing whatever key stands at its frame. Returns every key that left with the
-    /// frame that it left from; those belong to the caller. Keys to insert that stand in a curve already are skipped.
+    /// Takes the keys of @p toRelease out, each only where that very key stands at the given frame, then puts
+    /// the keys of @p toInsert in, each displacing whatever key stands at its frame. Returns every key that
+    /// left with the frame that it left from; those belong to the caller. Keys to insert that stand in a
+    /// curve already are skipped.
     ///
-    /// Emits keyAboutToBeRemoved() for each key that leaves and keyAdded() for each that enters, in the maps' order;
-    /// then recomputed handles' tangentsChanged(), keysChanged() and, if it applies, greaterIndexChanged().
+    /// Emits keyAboutToBeRemoved() for each key that leaves and keyAdded() for each that enters, in the maps'
+    /// order; then recomputed handles' tangentsChanged(), keysChanged() and, if it applies,
+    /// greaterIndexChanged().
     KeysIndexMap releaseAndInsertKeys(const KeysIndexMap& toRelease, const KeysIndexMap& toInsert);
 
-    /// Takes the key out and destroys it; does nothing at end(). Emits keyAboutToBeRemoved() before, and afterwards
-    /// greaterIndexChanged() if it applies.
+    /// Takes the key out and destroys it; does nothing at end(). Emits keyAboutToBeRemoved() before, and
+    /// afterwards greaterIndexChanged() if it applies.
     void remove(iterator pPosition);
     /// The same for the key at @p pIndex, if there is one.
     void remove(Index pIndex);
@@ -204,35 +210,36 @@ public Q_SLOTS:
     /// Destroys all keys. Emits curveCleared() and, if it applies, greaterIndexChanged().
     void clear();
 
-    /// Moves a key of this curve to a free frame. Returns false and does nothing when the frame is taken or the key
-    /// is not in this curve; true without a signal when it stands there. Emits the key's indexChanged(),
-    /// keysChanged() and, if it applies, greaterIndexChanged().
+    /// Moves a key of this curve to a free frame. Returns false and does nothing when the frame is taken or
+    /// the key is not in this curve; true without a signal when it stands there. Emits the key's
+    /// indexChanged(), keysChanged() and, if it applies, greaterIndexChanged().
     bool translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal);
 
-    /// Moves each key to a target position: value first, then frame (see frameFromPosition()). A frame that is taken
-    /// when the key's turn comes leaves the key where it is, with its new value. The first key, by frame, decides
-    /// the order: if it moves up, keys are moved from the last to the first, otherwise from the first to the last, so
-    /// that keys which move together never meet:
+    /// Moves each key to a target position: value first, then frame (see frameFromPosition()). A frame that
+    /// is taken when the key's turn comes leaves the key where it is, with its new value. The first key, by
+    /// frame, decides the order: if it moves up, keys are moved from the last to the first, otherwise from
+    /// the first to the last, so that keys which move together never meet:
     ///
     ///     before   1 2 3 . .
     ///     by +1    . 1 2 3 .      3 moves first, then 2, then 1
     ///     by -1    0 1 2 . .      1 moves first, then 2, then 3
     ///
-    /// Emits the keys' valueChanged() and indexChanged(), recomputed handles' tangentsChanged(), keysChanged() and,
-    /// if it applies, greaterIndexChanged(). Deliberate: an empty map leaves the batch depth raised.
+    /// Emits the keys' valueChanged() and indexChanged(), recomputed handles' tangentsChanged(),
+    /// keysChanged() and, if it applies, greaterIndexChanged(). Deliberate: an empty map leaves the batch
+    /// depth raised.
     void moveKeys(const KeyPosMap& keysPos);
 
-    /// Gives each key its new frame. All named keys leave their frames before any is placed, so they can exchange
-    /// frames freely; keys in no curve are taken in. A key whose frame is taken, by a key not named or by one placed
-    /// before it in the map's order, leaves the curve.
+    /// Gives each key its new frame. All named keys leave their frames before any is placed, so they can
+    /// exchange frames freely; keys in no curve are taken in. A key whose frame is taken, by a key not named
+    /// or by one placed before it in the map's order, leaves the curve.
     ///
     ///     before   a b . c d
     ///     a, b, d  b a . c .      d was sent to c's frame and is out
     ///
-    /// Emits, in the map's order, the key's indexChanged() (and keyAdded() for one taken in) or, after it has left,
-    /// keyAboutToBeRemoved(); then recomputed handles' tangentsChanged(), keysChanged() and, if it applies,
-    /// greaterIndexChanged(). Throws EditableMotionCurveReorganizedFail, after all that, when keys could not be
-    /// placed; those from this curve then belong to the caller.
+    /// Emits, in the map's order, the key's indexChanged() (and keyAdded() for one taken in) or, after it has
+    /// left, keyAboutToBeRemoved(); then recomputed handles' tangentsChanged(), keysChanged() and, if it
+    /// applies, greaterIndexChanged(). Throws EditableMotionCurveReorganizedFail, after all that, when keys
+    /// could not be placed; those from this curve then belong to the caller.
     void reorganizeKeys(const KeysIndexMap& keysPos);
 
     /// The nine bulk edits: each applies the key's own setter to each entry and emits the keys' signals, then
@@ -249,14 +256,14 @@ public Q_SLOTS:
     void setKeysParam(const KeysSet& keys, VQ::Math::Interpolation::InterpolationType type, bool smooth,
                       bool symmetrical);
 
-    /// Puts a saved state back: smooth, symmetrical, types, left handles, right handles, in this order, each as its
-    /// bulk edit does. Emits the keys' signals and keysChanged() once.
+    /// Puts a saved state back: smooth, symmetrical, types, left handles, right handles, in this order, each
+    /// as its bulk edit does. Emits the keys' signals and keysChanged() once.
     void restoreKeys(const TangentTypeMap& tangentsType, const TangentPosMap& leftTangentsOffset,
                      const TangentPosMap& rightTangentsOffset, const KeyStateMap& keysSmooth,
                      const KeyStateMap& keysSymmetrical);
 
-    /// Deliberate: the settings are those of the record that the curve was built or read from; the six setters drop
-    /// what they are given. See theSettingsSlotsChangeNothing().
+    /// Deliberate: the settings are those of the record that the curve was built or read from; the six
+    /// setters drop what they are given. See theSettingsSlotsChangeNothing().
     void setTimeUnit(const RationalSeconds& pTimeUnit);
     void setFps(int pFps);
     void setValueLimits(const QPair<float, float>& pLimits);

@@ -73,7 +73,9 @@ struct Move {
     QPointF target;
 };
 
-bool keysIndexLessThan(const Move& a, const Move& b) noexcept { return a.from < b.from; }
+bool keysIndexLessThan(const Move& a, const Move& b) noexcept {
+    return a.from < b.from;
+}
 
 } // namespace
 
@@ -108,7 +110,8 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
     batch.end();
 }
 
-/// A key on its way to a new frame: with its nodes if it was detached from this curve, without if it is a newcomer.
+/// A key on its way to a new frame: with its nodes if it was detached from this curve, without if it is a
+/// newcomer.
 struct EditableMotionCurve::Placement {
     EditableMotionCurveKey* key;
     Index target;
@@ -127,7 +130,8 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
         }
         const auto position = _find(key);
         const bool isNewcomer = position == end();
-        placements.push_back({key, entry.value(), isNewcomer ? DetachedKey() : detach(position.base()), isNewcomer});
+        placements.push_back(
+            {key, entry.value(), isNewcomer ? DetachedKey() : detach(position.base()), isNewcomer});
     }
 
     std::vector<EditableMotionCurveKey*> failedKeys;
@@ -208,7 +212,8 @@ void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
     batch.end();
 }
 
-void EditableMotionCurve::moveTangents(const KeysSet& tangents, TangentSide side, QPair<float, float> offset) {
+void EditableMotionCurve::moveTangents(const KeysSet& tangents, TangentSide side,
+                                       QPair<float, float> offset) {
     _editEach(tangents, [&](EditableMotionCurveKey& key, auto) { key.setTangentOffset(side, offset); });
 }
 
@@ -219,13 +224,15 @@ void EditableMotionCurve::moveTangents(const TangentPosMap& tangentsPos, Tangent
 }
 
 void EditableMotionCurve::setTangentsType(const KeySideMap& tangentsSide, InterpolationType type) {
-    _editEach(tangentsSide, [&](EditableMotionCurveKey& key, TangentSide side) { key.setTangentType(side, type); });
+    _editEach(tangentsSide,
+              [&](EditableMotionCurveKey& key, TangentSide side) { key.setTangentType(side, type); });
 }
 
 void EditableMotionCurve::setTangentsType(const TangentTypeMap& tangentsType) {
-    _editEach(tangentsType, [](EditableMotionCurveKey& key, const QPair<TangentSide, InterpolationType>& type) {
-        key.setTangentType(type.first, type.second);
-    });
+    _editEach(tangentsType,
+              [](EditableMotionCurveKey& key, const QPair<TangentSide, InterpolationType>& type) {
+                  key.setTangentType(type.first, type.second);
+              });
 }
 
 void EditableMotionCurve::setKeysSmooth(const KeysSet& keys, bool smooth) {
@@ -241,10 +248,12 @@ void EditableMotionCurve::setKeysSymmetrical(const KeysSet& keys, bool symmetric
 }
 
 void EditableMotionCurve::setKeysSymmetrical(const KeyStateMap& keysSymmetrical) {
-    _editEach(keysSymmetrical, [](EditableMotionCurveKey& key, bool symmetrical) { key.setSymmetrical(symmetrical); });
+    _editEach(keysSymmetrical,
+              [](EditableMotionCurveKey& key, bool symmetrical) { key.setSymmetrical(symmetrical); });
 }
 
-void EditableMotionCurve::setKeysParam(const KeysSet& keys, InterpolationType type, bool smooth, bool symmetrical) {
+void EditableMotionCurve::setKeysParam(const KeysSet& keys, InterpolationType type, bool smooth,
+                                       bool symmetrical) {
     _editEach(keys, [&](EditableMotionCurveKey& key, auto) {
         key.setTangentType(TangentSide::left, type);
         key.setTangentType(TangentSide::right, type);
@@ -253,7 +262,8 @@ void EditableMotionCurve::setKeysParam(const KeysSet& keys, InterpolationType ty
     });
 }
 
-void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType, const TangentPosMap& leftTangentsOffset,
+void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType,
+                                      const TangentPosMap& leftTangentsOffset,
                                       const TangentPosMap& rightTangentsOffset, const KeyStateMap& keysSmooth,
                                       const KeyStateMap& keysSymmetrical) {
     Batch batch(*this);
@@ -265,17 +275,18 @@ void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType, const 
     batch.end();
 }
 
-void EditableMotionCurve::_restoreRecords(const KeyRecords& records) {
+void EditableMotionCurve::_restoreHandles(const KeyRecords& records) {
     const auto differs = [this](const auto& entry) {
-        return _edits(entry.first) && entry.first->_differsFrom(entry.second);
+        return _edits(entry.first) && entry.first->_handlesDifferFrom(entry.second);
     };
-    if (std::none_of(records.begin(), records.end(), differs)) {
+    auto entry = std::find_if(records.begin(), records.end(), differs);
+    if (entry == records.end()) {
         return;
     }
     Batch batch(*this);
-    for (const auto& entry : records) {
-        if (differs(entry)) {
-            entry.first->_restoreRecord(entry.second);
+    for (; entry != records.end(); ++entry) {
+        if (_edits(entry->first)) {
+            entry->first->_restoreHandles(entry->second);
         }
     }
     batch.end();

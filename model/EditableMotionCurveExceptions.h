@@ -20,8 +20,8 @@ class ZT_MODEL_EXPORT EditableMotionCurveReorganizedFail : public std::logic_err
 public:
     explicit EditableMotionCurveReorganizedFail(const std::vector<EditableMotionCurveKey*>& keys);
 
-    /// The keys that could not be placed. They are in no curve and belong to whoever catches the exception; keys
-    /// that were in no curve before still belong to whoever named them.
+    /// The keys that could not be placed. They are in no curve and belong to whoever catches the exception;
+    /// keys that were in no curve before still belong to whoever named them.
     std::vector<EditableMotionCurveKey*> failedKeys;
 };
 

@@ -26,26 +26,41 @@ const char* const symmetricalAttribute = "symmetrical";
 const char* const smoothAttribute = "smooth";
 
 // Two floats that compare equal may still differ in sign or as NaNs; undo restores bits.
-bool sameBits(float a, float b) noexcept { return std::memcmp(&a, &b, sizeof a) == 0; }
-bool sameBits(const Position2D& a, const Position2D& b) noexcept { return sameBits(a.x, b.x) && sameBits(a.y, b.y); }
+bool sameBits(float a, float b) noexcept {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+bool sameBits(const Position2D& a, const Position2D& b) noexcept {
+    return sameBits(a.x, b.x) && sameBits(a.y, b.y);
+}
 
-float angle(float x, float y) noexcept { return std::atan2(y, x); }
+bool needsRestoring(InterpolationType type, const Position2D& offset, InterpolationType capturedType,
+                    const Position2D& captured) noexcept {
+    return type == capturedType && type != InterpolationType::bezierAuto && !sameBits(offset, captured);
+}
+
+float angle(float x, float y) noexcept {
+    return std::atan2(y, x);
+}
 
 Position2D polar(float direction, float length) noexcept {
     return {std::cos(direction) * length, std::sin(direction) * length};
 }
 
-Position2D opposite(const Position2D& point) noexcept { return {-point.x, -point.y}; }
+Position2D opposite(const Position2D& point) noexcept {
+    return {-point.x, -point.y};
+}
 
 bool readFlag(const Tree& tree, const char* attribute) {
     // In the classic locale whatever the global one is, so that "true" always reads as true.
-    using Translator = boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
+    using Translator =
+        boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
     return tree.get_optional<bool>(std::string("<xmlattr>.") + attribute, Translator(std::locale::classic()))
         .get_value_or(false);
 }
 
 void writeFlag(Tree& tree, const char* attribute) {
-    using Translator = boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
+    using Translator =
+        boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
     tree.put(std::string("<xmlattr>.") + attribute, true, Translator(std::locale::classic()));
 }
 
@@ -70,7 +85,9 @@ EditableMotionCurveKey* EditableMotionCurveKey::clone() const {
     return copy.release();
 }
 
-Key EditableMotionCurveKey::baseMotionCurveKey() const { return *this; }
+Key EditableMotionCurveKey::baseMotionCurveKey() const {
+    return *this;
+}
 
 InterpolationType EditableMotionCurveKey::getTangentType(TangentSide side) const noexcept {
     switch (side) {
@@ -100,7 +117,9 @@ void EditableMotionCurveKey::setValue(float pValue) {
     Q_EMIT valueChanged(pValue);
 }
 
-void EditableMotionCurveKey::setLeftTangentType(const InterpolationType& pType) { _setType(leftTangentType, pType); }
+void EditableMotionCurveKey::setLeftTangentType(const InterpolationType& pType) {
+    _setType(leftTangentType, pType);
+}
 
 void EditableMotionCurveKey::setRightTangentType(const InterpolationType& pType) {
     _setType(rightTangentType, pType);
@@ -115,8 +134,8 @@ void EditableMotionCurveKey::setTangentType(TangentSide side, InterpolationType 
     }
 }
 
-// Deliberate: recomputing automatic handles may emit tangentsChanged() itself, so that a change of type may emit
-// it twice. See aTypeChangeThatMovesAnAutomaticHandleEmitsTangentsChangedTwice().
+// Deliberate: recomputing automatic handles may emit tangentsChanged() itself, so that a change of type may
+// emit it twice. See aTypeChangeThatMovesAnAutomaticHandleEmitsTangentsChangedTwice().
 void EditableMotionCurveKey::_setType(InterpolationType& type, InterpolationType newType) {
     if (type == newType) {
         return;
@@ -141,8 +160,8 @@ void EditableMotionCurveKey::_onTangentTypeChanged() {
         right = Position2D((right.x - left.x) * 0.5F, (right.y - left.y) * 0.5F);
         left = opposite(right);
     } else if (_smooth) {
-        // Deliberate: the plain mean of two angles. Directions on either side of a half turn average to the opposite
-        // direction; see handlesThatStraddleAHalfTurnAverageToTheOppositeDirection().
+        // Deliberate: the plain mean of two angles. Directions on either side of a half turn average to the
+        // opposite direction; see handlesThatStraddleAHalfTurnAverageToTheOppositeDirection().
         const float mean = (angle(-left.x, -left.y) + angle(right.x, right.y)) * 0.5F;
         left = opposite(polar(mean, left.norm()));
         right = polar(mean, right.norm());
@@ -205,7 +224,8 @@ bool EditableMotionCurveKey::_applyFlag(bool& flag, bool newFlag) {
     return true;
 }
 
-// Deliberate: the flags' signals stand for the tangents too; see aFlagThatForcesTheTypesEmitsOnlyItsOwnSignal().
+// Deliberate: the flags' signals stand for the tangents too; see
+// aFlagThatForcesTheTypesEmitsOnlyItsOwnSignal().
 void EditableMotionCurveKey::setSmooth(bool pSmooth) {
     if (_applyFlag(_smooth, pSmooth)) {
         Q_EMIT smoothChanged(pSmooth);
@@ -279,36 +299,27 @@ bool EditableMotionCurveKey::deserialize(const Tree& tree) {
     return true;
 }
 
-bool EditableMotionCurveKey::_differsFrom(const Key& record) const noexcept {
-    const auto differs = [](InterpolationType type, const Position2D& offset, InterpolationType otherType,
-                            const Position2D& otherOffset) {
-        return type != otherType || (type != InterpolationType::bezierAuto && !sameBits(offset, otherOffset));
-    };
-    return !sameBits(value, record.value) ||
-           differs(leftTangentType, leftTangentOffset, record.leftTangentType, record.leftTangentOffset) ||
-           differs(rightTangentType, rightTangentOffset, record.rightTangentType, record.rightTangentOffset);
+bool EditableMotionCurveKey::_handlesDifferFrom(const Key& record) const noexcept {
+    return needsRestoring(leftTangentType, leftTangentOffset, record.leftTangentType,
+                          record.leftTangentOffset) ||
+           needsRestoring(rightTangentType, rightTangentOffset, record.rightTangentType,
+                          record.rightTangentOffset);
 }
 
-void EditableMotionCurveKey::_restoreRecord(const Key& record) {
-    if (!_differsFrom(record)) {
-        return;
+bool EditableMotionCurveKey::_restoreHandles(const Key& record) {
+    if (!_handlesDifferFrom(record)) {
+        return false;
     }
-    const float oldValue = std::exchange(value, record.value);
-    const bool tangentsDiffer = _differsFrom(record);
-    leftTangentType = record.leftTangentType;
-    rightTangentType = record.rightTangentType;
-    if (leftTangentType != InterpolationType::bezierAuto) {
+    if (needsRestoring(leftTangentType, leftTangentOffset, record.leftTangentType,
+                       record.leftTangentOffset)) {
         leftTangentOffset = record.leftTangentOffset;
     }
-    if (rightTangentType != InterpolationType::bezierAuto) {
+    if (needsRestoring(rightTangentType, rightTangentOffset, record.rightTangentType,
+                       record.rightTangentOffset)) {
         rightTangentOffset = record.rightTangentOffset;
     }
-    if (!sameBits(oldValue, value)) {
-        Q_EMIT valueChanged(value);
-    }
-    if (tangentsDiffer) {
-        Q_EMIT tangentsChanged();
-    }
+    Q_EMIT tangentsChanged();
+    return true;
 }
 
 unsigned int index(const EditableMotionCurveKey* key) {

@@ -19,9 +19,9 @@ class EditableMotionCurve;
 
 /// One key of an editable motion curve: the plain record made observable, with two editing constraints.
 ///
-/// A *smooth* key keeps its two handles on one line, a *symmetrical* key keeps them exact opposites; symmetrical
-/// goes before smooth. The constraints act only while both tangents are "bezier"; otherwise they are mere flags.
-/// A "bezier auto" tangent's handle is computed from the neighbouring keys.
+/// A *smooth* key keeps its two handles on one line, a *symmetrical* key keeps them exact opposites;
+/// symmetrical goes before smooth. The constraints act only while both tangents are "bezier"; otherwise they
+/// are mere flags. A "bezier auto" tangent's handle is computed from the neighbouring keys.
 ///
 /// A key belongs to the curve that holds it, and otherwise to whoever took it out of the curve or created it.
 /// Every signal is emitted after the key's state is complete.
@@ -39,7 +39,8 @@ public:
 
     ~EditableMotionCurveKey() override;
 
-    /// A new key with the same record and flags. It is in no curve, even when this key is; the caller owns it.
+    /// A new key with the same record and flags. It is in no curve, even when this key is; the caller owns
+    /// it.
     EditableMotionCurveKey* clone() const;
 
     /// A copy of the plain record.
@@ -57,7 +58,8 @@ public:
     /// "bezier auto" for a value that is no side.
     VQ::Math::Interpolation::InterpolationType getTangentType(ZT::TangentSide side) const noexcept;
 
-    /// The end of the handle relative to the key: frames, then value units. (0, 0) for a value that is no side.
+    /// The end of the handle relative to the key: frames, then value units. (0, 0) for a value that is no
+    /// side.
     QPair<float, float> getTangentOffset(ZT::TangentSide side) const noexcept;
 
     bool isSmooth() const noexcept { return _smooth; }
@@ -66,14 +68,14 @@ public:
     /// The key's record as a tree, with the attributes "symmetrical" and "smooth", in this order, where true.
     boost::property_tree::ptree serialize() const override;
 
-    /// Reads such a tree. The record is overwritten without a signal and without recomputing handles; then each
-    /// flag is applied as setSymmetrical() and setSmooth() would, with their signals: a flag that does not change
-    /// leaves the types as read. A flag that is missing or not a boolean counts as false. Returns false and
-    /// changes nothing when the tree does not describe a key.
+    /// Reads such a tree. The record is overwritten without a signal and without recomputing handles; then
+    /// each flag is applied as setSymmetrical() and setSmooth() would, with their signals: a flag that does
+    /// not change leaves the types as read. A flag that is missing or not a boolean counts as false. Returns
+    /// false and changes nothing when the tree does not describe a key.
     bool deserialize(const boost::property_tree::ptree& tree) override;
 
-    /// Turns an element of a curve's map, (frame, Key*), into (frame, EditableMotionCurveKey*), const as it comes.
-    /// The record must be part of an editable key or null. Nothing is checked.
+    /// Turns an element of a curve's map, (frame, Key*), into (frame, EditableMotionCurveKey*), const as it
+    /// comes. The record must be part of an editable key or null. Nothing is checked.
     template <class Element>
     static auto _toEditable(const Element& element) {
         return std::make_pair(static_cast<unsigned int>(element.first), _wholeKey(element.second));
@@ -83,12 +85,12 @@ public:
     VQ::Math::Interpolation::Key* _record() noexcept { return this; }
     const VQ::Math::Interpolation::Key* _record() const noexcept { return this; }
 
-    /// Writes value, types and offsets of @p record past all rules, where their bits differ; a tangent that
-    /// @p record calls "bezier auto" keeps its handle. Used by undo for states that no setter leads back to.
-    /// Emits valueChanged() and then tangentsChanged(), each only if something of it was written.
-    void _restoreRecord(const VQ::Math::Interpolation::Key& record);
-    /// Whether _restoreRecord() would write anything.
-    bool _differsFrom(const VQ::Math::Interpolation::Key& record) const noexcept;
+    /// Writes the handles of @p record past all rules, each where the tangent has the type that @p record
+    /// says, is not "bezier auto" and the bits differ. Used by undo for handles that no setter leads back to.
+    /// Emits tangentsChanged() once if a handle was written and returns whether.
+    bool _restoreHandles(const VQ::Math::Interpolation::Key& record);
+    /// Whether _restoreHandles() would write anything.
+    bool _handlesDifferFrom(const VQ::Math::Interpolation::Key& record) const noexcept;
 
     /// How a curve destroys, writes and reads keys of this class.
     static const VQ::Animation::KeyFunctions _keyFunctions;
@@ -96,8 +98,8 @@ public:
 Q_SIGNALS:
     /// setValue() changed the value, in value units.
     void valueChanged(float pValue);
-    /// A type or handle changed through a type or offset setter, or an automatic handle was recomputed. Not emitted
-    /// when a flag forces types and handles: listeners of the flags read the tangents again.
+    /// A type or handle changed through a type or offset setter, or an automatic handle was recomputed. Not
+    /// emitted when a flag forces types and handles: listeners of the flags read the tangents again.
     void tangentsChanged();
     void smoothChanged(bool pSmooth);
     void symmetricalChanged(bool pSymmetrical);
@@ -105,24 +107,27 @@ Q_SIGNALS:
     void indexChanged(unsigned int);
 
 public Q_SLOTS:
-    /// Emits valueChanged() when @p pValue differs by IEEE comparison: NaN always does. No handle is recomputed.
+    /// Emits valueChanged() when @p pValue differs by IEEE comparison: NaN always does. No handle is
+    /// recomputed.
     void setValue(float pValue);
 
-    /// Changes a tangent's type and emits tangentsChanged(). Two "bezier" tangents are aligned by the constraints;
-    /// otherwise automatic handles are recomputed, which may emit one more tangentsChanged() before.
+    /// Changes a tangent's type and emits tangentsChanged(). Two "bezier" tangents are aligned by the
+    /// constraints; otherwise automatic handles are recomputed, which may emit one more tangentsChanged()
+    /// before.
     void setLeftTangentType(const VQ::Math::Interpolation::InterpolationType& pType);
-    /// Sets the end of a "bezier" handle (frames, value units); other types ignore it. The opposite handle follows
-    /// by the constraints where it is "bezier" too. Emits one tangentsChanged().
+    /// Sets the end of a "bezier" handle (frames, value units); other types ignore it. The opposite handle
+    /// follows by the constraints where it is "bezier" too. Emits one tangentsChanged().
     void setLeftTangentOffset(const QPair<float, float>& pOffset);
     /// As setLeftTangentType().
     void setRightTangentType(const VQ::Math::Interpolation::InterpolationType& pType);
     /// As setLeftTangentOffset().
     void setRightTangentOffset(const QPair<float, float>& pOffset);
 
-    /// Switching on makes both tangents "bezier" and aligns the handles. Emits smoothChanged() and nothing else.
-    void setSmooth(bool pSmooth);
-    /// Switching on makes both tangents "bezier" and the handles opposites. Emits symmetricalChanged() and nothing
+    /// Switching on makes both tangents "bezier" and aligns the handles. Emits smoothChanged() and nothing
     /// else.
+    void setSmooth(bool pSmooth);
+    /// Switching on makes both tangents "bezier" and the handles opposites. Emits symmetricalChanged() and
+    /// nothing else.
     void setSymmetrical(bool pSymmetrical);
 
     /// As the setter of that side; does nothing for a value that is no side.
@@ -130,8 +135,9 @@ public Q_SLOTS:
     /// As the setter of that side; does nothing for a value that is no side.
     void setTangentOffset(ZT::TangentSide side, QPair<float, float> offset);
 
-    /// Recomputes the handles of "bezier auto" tangents from the neighbouring keys. A handle within 0.0001 of its
-    /// formula stays. Emits tangentsChanged() once and returns true if a handle changed; does nothing in no curve.
+    /// Recomputes the handles of "bezier auto" tangents from the neighbouring keys. A handle within 0.0001 of
+    /// its formula stays. Emits tangentsChanged() once and returns true if a handle changed; does nothing in
+    /// no curve.
     bool updateBezierAutoTangents();
 
 private:
@@ -155,7 +161,8 @@ private:
     bool _symmetrical = false;
 };
 
-/// The key's frame in its curve; 0 for null, for a key in no curve and for one that its curve does not hold. O(1).
+/// The key's frame in its curve; 0 for null, for a key in no curve and for one that its curve does not hold.
+/// O(1).
 ZT_MODEL_EXPORT unsigned int index(const EditableMotionCurveKey* key);
 
 /// The type's display name, translated in the context "QObject". A value that is no type reads "bezier auto".

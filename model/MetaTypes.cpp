@@ -20,7 +20,8 @@ bool registerMetaTypes() {
     qRegisterMetaType<EditableMotionCurveKey*>("EditableMotionCurveKey*");
     qRegisterMetaType<QPair<float, float>>("QPair<float,float>");
     qRegisterMetaType<TangentSide>("ZT::TangentSide");
-    qRegisterMetaType<VQ::Math::Interpolation::InterpolationType>("VQ::Math::Interpolation::InterpolationType");
+    qRegisterMetaType<VQ::Math::Interpolation::InterpolationType>(
+        "VQ::Math::Interpolation::InterpolationType");
     qRegisterMetaType<boost::property_tree::ptree>("boost::property_tree::ptree");
     qRegisterMetaType<Curve::Index>("Index");
     qRegisterMetaType<Curve::KeysIndexMap>("KeysIndexMap");

@@ -20,35 +20,55 @@ Animation::Animation(const Animation& other) {
     }
 }
 
-Animation::Animation(Animation&& other) { _layers.swap(other._layers); }
+Animation::Animation(Animation&& other) {
+    _layers.swap(other._layers);
+}
 
 Animation& Animation::operator=(Animation other) noexcept {
     _layers.swap(other._layers);
     return *this;
 }
 
-Animation::~Animation() { Animation::clear(); }
+Animation::~Animation() {
+    Animation::clear();
+}
 
-Animation::iterator Animation::begin() { return _layers.begin(); }
-Animation::iterator Animation::end() { return _layers.end(); }
-Animation::const_iterator Animation::begin() const { return _layers.begin(); }
-Animation::const_iterator Animation::end() const { return _layers.end(); }
-std::size_t Animation::size() const noexcept { return _layers.size(); }
-bool Animation::empty() const noexcept { return _layers.empty(); }
+Animation::iterator Animation::begin() {
+    return _layers.begin();
+}
+Animation::iterator Animation::end() {
+    return _layers.end();
+}
+Animation::const_iterator Animation::begin() const {
+    return _layers.begin();
+}
+Animation::const_iterator Animation::end() const {
+    return _layers.end();
+}
+std::size_t Animation::size() const noexcept {
+    return _layers.size();
+}
+bool Animation::empty() const noexcept {
+    return _layers.empty();
+}
 
 Animation::iterator Animation::find(const std::string& actuatorName) {
-    return std::find_if(begin(), end(), [&](const AnimationLayer& layer) { return layer.actuatorName == actuatorName; });
+    return std::find_if(begin(), end(),
+                        [&](const AnimationLayer& layer) { return layer.actuatorName == actuatorName; });
 }
 
 Animation::const_iterator Animation::find(const std::string& actuatorName) const {
-    return std::find_if(begin(), end(), [&](const AnimationLayer& layer) { return layer.actuatorName == actuatorName; });
+    return std::find_if(begin(), end(),
+                        [&](const AnimationLayer& layer) { return layer.actuatorName == actuatorName; });
 }
 
 Animation::iterator Animation::insert(iterator position, AnimationLayer* layer) {
     return _layers.insert(position, layer);
 }
 
-void Animation::push_back(AnimationLayer* layer) { _layers.push_back(layer); }
+void Animation::push_back(AnimationLayer* layer) {
+    _layers.push_back(layer);
+}
 
 Animation::iterator Animation::erase(iterator position) {
     // The layer leaves the list before it dies: whoever watches its end finds the animation without it.
@@ -62,9 +82,13 @@ void Animation::clear() noexcept {
     dying.swap(_layers);
 }
 
-void Animation::replace(iterator position, AnimationLayer* layer) { _layers.replace(position, layer); }
+void Animation::replace(iterator position, AnimationLayer* layer) {
+    _layers.replace(position, layer);
+}
 
-AnimationLayer* Animation::createLayer() const { return new AnimationLayer; }
+AnimationLayer* Animation::createLayer() const {
+    return new AnimationLayer;
+}
 
 Tree Animation::serialize() const {
     Tree tree;

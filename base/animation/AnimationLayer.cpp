@@ -28,7 +28,9 @@ AnimationLayer& AnimationLayer::operator=(AnimationLayer other) noexcept {
 
 AnimationLayer::~AnimationLayer() = default;
 
-MotionCurve* AnimationLayer::createCurve() const { return new MotionCurve; }
+MotionCurve* AnimationLayer::createCurve() const {
+    return new MotionCurve;
+}
 
 Tree AnimationLayer::serialize() const {
     Tree tree;

@@ -27,8 +27,8 @@ public:
     /// The attributes "name" and, where true, "mute", and the element "curve".
     boost::property_tree::ptree serialize() const override;
 
-    /// Replaces name, mute flag and curve by those of @p tree, building the curve with createCurve(). On false
-    /// the layer is unchanged; problemIn() says why.
+    /// Replaces name, mute flag and curve by those of @p tree, building the curve with createCurve(). On
+    /// false the layer is unchanged; problemIn() says why.
     bool deserialize(const boost::property_tree::ptree& tree) override;
 
     /// What is wrong with a tree that deserialize() refuses, and where; empty for a readable one.

@@ -22,7 +22,8 @@ PropertyTree::ptree readAnimationXml(std::istream& stream) {
     PropertyTree::ptree document;
     try {
         PropertyTree::read_xml(stream, document,
-                               PropertyTree::xml_parser::trim_whitespace | PropertyTree::xml_parser::no_comments);
+                               PropertyTree::xml_parser::trim_whitespace |
+                                   PropertyTree::xml_parser::no_comments);
     } catch (const PropertyTree::xml_parser_error& error) {
         throw std::runtime_error("line " + std::to_string(error.line()) + ": " + error.message());
     }

@@ -12,8 +12,8 @@ namespace VQ::Animation {
 /// Throws std::runtime_error when the stream fails.
 VQ_EXPORT void writeAnimationXml(std::ostream& stream, const boost::property_tree::ptree& animation);
 
-/// Reads such a document and returns the animation's tree. Throws std::runtime_error, with the line where there
-/// is one, when the text is not XML or has another root.
+/// Reads such a document and returns the animation's tree. Throws std::runtime_error, with the line where
+/// there is one, when the text is not XML or has another root.
 VQ_EXPORT boost::property_tree::ptree readAnimationXml(std::istream& stream);
 
 } // namespace VQ::Animation

@@ -42,12 +42,13 @@ double cubic(double p0, double p1, double p2, double p3, double t) {
     return s * s * s * p0 + 3.0 * s * t * (s * p1 + t * p2) + t * t * t * p3;
 }
 
-// With both inner controls in [0, 1] the cubic's x never falls along t, so that halving the bracket always keeps
-// the sought parameter inside it.
+// With both inner controls in [0, 1] the cubic's x never falls along t, so that halving the bracket always
+// keeps the sought parameter inside it.
 double parameterAt(double x, double x1, double x2) {
     double low = 0.0;
     double high = 1.0;
-    // x changes at most three times as fast as t: a bracket of 2^-53 finds the frame within 4e-16 of the segment.
+    // x changes at most three times as fast as t: a bracket of 2^-53 finds the frame within 4e-16 of the
+    // segment.
     for (int halving = 0; halving < 53; ++halving) {
         const double middle = (low + high) * 0.5;
         (cubic(0.0, x1, x2, 1.0, middle) < x ? low : high) = middle;
@@ -72,14 +73,15 @@ float evaluateSegment(unsigned int leftFrame, const Key& left, unsigned int righ
     const double length = static_cast<double>(rightFrame) - static_cast<double>(leftFrame);
     const double rise = double{right.value} - double{left.value};
     const double x = (frame - static_cast<double>(leftFrame)) / length;
-    if (left.rightTangentType == InterpolationType::linear && right.leftTangentType == InterpolationType::linear) {
+    if (left.rightTangentType == InterpolationType::linear &&
+        right.leftTangentType == InterpolationType::linear) {
         return Math::toFloat(double{left.value} + rise * x);
     }
     const Point first = handle(left.rightTangentType, left.rightTangentOffset, 1.0, length, rise);
     const Point second = handle(right.leftTangentType, right.leftTangentOffset, -1.0, length, rise);
     const double t = parameterAt(x, first.x, 1.0 - second.x);
-    return Math::toFloat(cubic(double{left.value}, double{left.value} + first.y, double{right.value} + second.y,
-                         double{right.value}, t));
+    return Math::toFloat(cubic(double{left.value}, double{left.value} + first.y,
+                               double{right.value} + second.y, double{right.value}, t));
 }
 
 float evaluate(const MotionCurve& curve, double frame) {

@@ -10,8 +10,12 @@ using Math::Interpolation::Key;
 
 namespace {
 
-void destroyPlain(Key* key) noexcept { delete key; }
-boost::property_tree::ptree writePlain(const Key& key) { return serialize(key); }
+void destroyPlain(Key* key) noexcept {
+    delete key;
+}
+boost::property_tree::ptree writePlain(const Key& key) {
+    return serialize(key);
+}
 bool readPlain(Key& key, const boost::property_tree::ptree& tree) {
     try {
         key = deserializeMotionCurveKey(tree);

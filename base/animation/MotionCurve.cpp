@@ -40,7 +40,9 @@ MotionCurve& MotionCurve::operator=(MotionCurve other) noexcept {
     return *this;
 }
 
-MotionCurve::~MotionCurve() { MotionCurve::clear(); }
+MotionCurve::~MotionCurve() {
+    MotionCurve::clear();
+}
 
 // Swapping maps keeps iterators valid, so that each index follows its map as it stands.
 void MotionCurve::_swapContents(MotionCurve& other) noexcept {
@@ -50,15 +52,31 @@ void MotionCurve::_swapContents(MotionCurve& other) noexcept {
     _index.swap(other._index);
 }
 
-MotionCurve::iterator MotionCurve::begin() { return _keys.begin(); }
-MotionCurve::iterator MotionCurve::end() { return _keys.end(); }
-MotionCurve::const_iterator MotionCurve::begin() const { return _keys.begin(); }
-MotionCurve::const_iterator MotionCurve::end() const { return _keys.end(); }
-std::size_t MotionCurve::size() const noexcept { return _keys.size(); }
-bool MotionCurve::empty() const noexcept { return _keys.empty(); }
+MotionCurve::iterator MotionCurve::begin() {
+    return _keys.begin();
+}
+MotionCurve::iterator MotionCurve::end() {
+    return _keys.end();
+}
+MotionCurve::const_iterator MotionCurve::begin() const {
+    return _keys.begin();
+}
+MotionCurve::const_iterator MotionCurve::end() const {
+    return _keys.end();
+}
+std::size_t MotionCurve::size() const noexcept {
+    return _keys.size();
+}
+bool MotionCurve::empty() const noexcept {
+    return _keys.empty();
+}
 
-MotionCurve::iterator MotionCurve::find(unsigned int frame) { return _keys.find(frame); }
-MotionCurve::const_iterator MotionCurve::find(unsigned int frame) const { return _keys.find(frame); }
+MotionCurve::iterator MotionCurve::find(unsigned int frame) {
+    return _keys.find(frame);
+}
+MotionCurve::const_iterator MotionCurve::find(unsigned int frame) const {
+    return _keys.find(frame);
+}
 
 MotionCurve::iterator MotionCurve::findKey(const Key* key) {
     const auto entry = _index.find(key);
@@ -134,7 +152,9 @@ void MotionCurve::clear() noexcept {
     }
 }
 
-MotionCurve::Key* MotionCurve::createCurveKey() const { return new Key; }
+MotionCurve::Key* MotionCurve::createCurveKey() const {
+    return new Key;
+}
 
 Tree MotionCurve::serialize() const {
     Tree tree;
@@ -153,7 +173,8 @@ Tree MotionCurve::serialize() const {
 void MotionCurve::_read(const Tree& tree) {
     MotionCurve fresh(*_functions);
     fresh._settings.timeUnit = TreeItems::getFraction(tree, "timeUnit");
-    fresh._settings.valueLimits = {TreeItems::getNumber(tree, "minimum"), TreeItems::getNumber(tree, "maximum")};
+    fresh._settings.valueLimits = {TreeItems::getNumber(tree, "minimum"),
+                                   TreeItems::getNumber(tree, "maximum")};
     fresh._settings.maxAbsoluteDerivative = TreeItems::getNumber(tree, "maximumDerivative");
     std::size_t position = 0;
     for (const auto& [name, node] : tree) {

@@ -21,11 +21,12 @@ namespace VQ::Animation {
 
 /// An ordered, owning map from frame to key, with the settings of its curve.
 ///
-/// The curve answers "where is this key?" in constant time from an index beside the map. Every operation keeps
-/// the two together, so that they agree at every moment at which anybody can look.
+/// The curve answers "where is this key?" in constant time from an index beside the map. Every operation
+/// keeps the two together, so that they agree at every moment at which anybody can look.
 class VQ_EXPORT MotionCurve : public SerializationInterface {
     using Key = Math::Interpolation::Key;
-    // The map only views its keys: the curve destroys them through its key functions, which know the whole object.
+    // The map only views its keys: the curve destroys them through its key functions, which know the whole
+    // object.
     using KeyMap = boost::ptr_map<unsigned int, Key, std::less<>, boost::view_clone_allocator>;
     using Places = std::map<unsigned int, void*, std::less<>>;
     using Index = std::unordered_map<const Key*, Places::iterator>;
@@ -97,8 +98,8 @@ public:
     void setMaxAbsoluteDerivative(float maximum) { _settings.maxAbsoluteDerivative = maximum; }
 
 protected:
-    /// A key taken out of the map together with its nodes, so that putting it back cannot fail for want of memory.
-    /// While it is out, it belongs to whoever holds this handle.
+    /// A key taken out of the map together with its nodes, so that putting it back cannot fail for want of
+    /// memory. While it is out, it belongs to whoever holds this handle.
     class DetachedKey {
     public:
         Key* key() const noexcept { return static_cast<Key*>(_place.mapped()); }
@@ -111,7 +112,8 @@ protected:
         Index::node_type _entry;
     };
 
-    /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p other.
+    /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p
+    /// other.
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
 

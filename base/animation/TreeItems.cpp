@@ -82,7 +82,9 @@ bool numberFromText(std::string_view text, float& number) {
     return text.find("nan") == std::string_view::npos ? fromText(text, number) : nanFromText(text, number);
 }
 
-[[noreturn]] void refuse(const std::string& what) { throw std::invalid_argument(what); }
+[[noreturn]] void refuse(const std::string& what) {
+    throw std::invalid_argument(what);
+}
 
 [[noreturn]] void refuseValue(const char* attribute, const std::string& text, const char* expected) {
     refuse(std::string("attribute \"") + attribute + "\" is \"" + text.substr(0, 60) + "\", not " + expected);

@@ -10,8 +10,8 @@
 /// The small items that the record trees are made of: attributes holding numbers, fractions, names.
 ///
 /// Numbers are written in the shortest form that reads back to the same bits, with '.' as decimal point
-/// whatever the locale says. Readers take the whole text or nothing and throw std::invalid_argument, naming the
-/// item, when it is missing, stands twice or cannot be read.
+/// whatever the locale says. Readers take the whole text or nothing and throw std::invalid_argument, naming
+/// the item, when it is missing, stands twice or cannot be read.
 namespace VQ::Animation::TreeItems {
 
 using Tree = boost::property_tree::ptree;

@@ -11,8 +11,8 @@ double usableDistance(float distance) noexcept {
     return std::isfinite(distance) && distance > 0.0F ? double{distance} : 0.0;
 }
 
-// With slopes s1 and s2 over distances d1 and d2 the weighted mean (d1 s1 + d2 s2) / (d1 + d2) is the slope of
-// the chord between the two neighbours. A handle over d/3 ends within [0, d s] as long as its slope lies
+// With slopes s1 and s2 over distances d1 and d2 the weighted mean (d1 s1 + d2 s2) / (d1 + d2) is the slope
+// of the chord between the two neighbours. A handle over d/3 ends within [0, d s] as long as its slope lies
 // between 0 and 3 s, hence the limit.
 double limitedSlope(double dx1, double dx2, double dy1, double dy2) noexcept {
     const bool usable = dx1 > 0.0 && dx2 > 0.0 && std::isfinite(dy1) && std::isfinite(dy2);

@@ -72,12 +72,14 @@ public:
 
 private:
     template <class Sender, class... Arguments>
-    void on(Sender& sender, void (Sender::*signal)(Arguments...), const QString& object, const char* signalName) {
-        QObject::connect(&sender, signal, &_context, [this, object, signalName](const Arguments&... arguments) {
-            QStringList texts;
-            (texts.append(show(arguments)), ...);
-            _entries.append(object + '.' + signalName + '(' + texts.join(", ") + ')');
-        });
+    void on(Sender& sender, void (Sender::*signal)(Arguments...), const QString& object,
+            const char* signalName) {
+        QObject::connect(&sender, signal, &_context,
+                         [this, object, signalName](const Arguments&... arguments) {
+                             QStringList texts;
+                             (texts.append(show(arguments)), ...);
+                             _entries.append(object + '.' + signalName + '(' + texts.join(", ") + ')');
+                         });
     }
 
     QString show(ZT::EditableMotionCurveKey* key) const { return _keyNames.value(key, "unnamed"); }
@@ -85,7 +87,9 @@ private:
     static QString show(float value) { return QString::number(static_cast<double>(value)); }
     static QString show(unsigned int value) { return QString::number(value); }
     static QString show(const QString& value) { return '"' + value + '"'; }
-    static QString show(const QPair<float, float>& value) { return show(value.first) + ' ' + show(value.second); }
+    static QString show(const QPair<float, float>& value) {
+        return show(value.first) + ' ' + show(value.second);
+    }
 
     QMap<const ZT::EditableMotionCurveKey*, QString> _keyNames;
     QStringList _entries;

@@ -11,8 +11,8 @@
 #include <cstdint>
 #include <cstring>
 
-/// The whole state of model objects as text, floats by their bits, so that two states are compared exactly and a
-/// difference reads like a diff.
+/// The whole state of model objects as text, floats by their bits, so that two states are compared exactly
+/// and a difference reads like a diff.
 namespace Snapshot {
 
 inline QString bits(float value) {

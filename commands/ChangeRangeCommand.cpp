@@ -1,0 +1,113 @@
+#include "commands/ChangeRangeCommand.h"
+
+#include "model/AnimationMarkers.h"
+#include "model/EditableMotionCurveExceptions.h"
+
+#include <QCoreApplication>
+
+namespace ZT::AnimCmd {
+
+ChangeRangeCommand::ChangeRangeCommand(AnimationMarkers* markers, const KeysIndexMap& keys,
+                                       unsigned int rangeStart, unsigned int rangeEnd, bool finalCommand)
+    : pendingRange{rangeStart, rangeEnd}
+    , _mergeState(finalCommand)
+    , _markers(markers) {
+    setRangeText(QCoreApplication::translate("ZT::AnimCmd::ChangeRangeCommand",
+                                             "Range command from (%1; %2) to (%3; %4)"),
+                 markersRange(), pendingRange);
+    for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
+        EditableMotionCurveKey* const key = entry.key();
+        if (key != nullptr && key->getParentCurve() != nullptr) {
+            _oldIndices[key->getParentCurve()].insert(key, index(key));
+        }
+    }
+}
+
+ChangeRangeCommand::~ChangeRangeCommand() = default;
+
+ChangeRangeCommand::Range ChangeRangeCommand::markersRange() const {
+    return {_markers->rangeStartIndex(), _markers->rangeEndIndex()};
+}
+
+void ChangeRangeCommand::forgetKeys() {
+    _oldIndices.clear();
+    newIndices.clear();
+}
+
+void ChangeRangeCommand::setRangeText(const QString& textTemplate, const Range& from, const Range& to) {
+    _textTemplate = textTemplate;
+    setText(_textTemplate.arg(from.start).arg(from.end).arg(to.start).arg(to.end));
+}
+
+void ChangeRangeCommand::redo() {
+    reorganizeKeys(newIndices);
+    updateRange();
+}
+
+void ChangeRangeCommand::undo() {
+    reorganizeKeys(_oldIndices);
+    updateRange();
+}
+
+void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
+    _failedKeys.clear();
+    for (auto entry = indices.cbegin(); entry != indices.cend(); ++entry) {
+        try {
+            entry.key()->reorganizeKeys(entry.value());
+        } catch (const EditableMotionCurveReorganizedFail& failure) {
+            _failedKeys.insert(_failedKeys.end(), failure.failedKeys.begin(), failure.failedKeys.end());
+        }
+    }
+    _detachedKeys.letGoOfHeldKeys();
+    for (EditableMotionCurveKey* const key : _failedKeys) {
+        _detachedKeys.add(key);
+    }
+}
+
+void ChangeRangeCommand::updateRange() {
+    const Range shown = markersRange();
+    _markers->setRangeStartIndex(pendingRange.start);
+    _markers->setRangeEndIndex(pendingRange.end);
+    pendingRange = shown;
+}
+
+int ChangeRangeCommand::id() const {
+    return 3;
+}
+
+bool ChangeRangeCommand::mergeWith(const QUndoCommand* other) {
+    const bool isOpen = _mergeState.beginMerge();
+    const auto* const next = dynamic_cast<const ChangeRangeCommand*>(other);
+    if (!isOpen || next == nullptr || next->id() != id()) {
+        return false;
+    }
+    for (auto curve = next->_oldIndices.cbegin(); curve != next->_oldIndices.cend(); ++curve) {
+        QMap<EditableMotionCurveKey*, unsigned int>& own = _oldIndices[curve.key()];
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            if (!own.contains(entry.key())) {
+                own.insert(entry.key(), entry.value());
+            }
+        }
+    }
+    for (auto curve = next->newIndices.cbegin(); curve != next->newIndices.cend(); ++curve) {
+        QMap<EditableMotionCurveKey*, unsigned int>& own = newIndices[curve.key()];
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            own.insert(entry.key(), entry.value());
+        }
+    }
+    _mergeState.accept(next->_mergeState);
+    // The stack deletes an absorbed command, which must not take its failed keys along: they change their
+    // owner here, and so the other command changes although the stack offers it as a constant.
+    auto* const absorbed = const_cast<ChangeRangeCommand*>(next);
+    _failedKeys.insert(_failedKeys.end(), next->_failedKeys.begin(), next->_failedKeys.end());
+    absorbed->_failedKeys.clear();
+    _detachedKeys.addAll(absorbed->_detachedKeys);
+    setRangeText(_textTemplate, pendingRange, markersRange());
+    return true;
+}
+
+bool ChangeRangeCommand::isFinalCommand() const {
+    return _mergeState.isFinal();
+}
+
+} // namespace ZT::AnimCmd

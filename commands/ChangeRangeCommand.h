@@ -1,0 +1,79 @@
+#pragma once
+
+#include "commands/DetachedKeys.h"
+#include "commands/Export.h"
+#include "commands/MergeState.h"
+#include "commands/MergeableCommand.h"
+#include "model/EditableMotionCurve.h"
+
+#include <QMap>
+#include <QString>
+#include <QUndoCommand>
+
+#include <vector>
+
+namespace ZT {
+class AnimationMarkers;
+}
+
+namespace ZT::AnimCmd {
+
+/// Gives the markers another user range and, in the subclasses, keys other frames with it.
+///
+/// redo() and undo() reorganise each curve (EditableMotionCurve::reorganizeKeys()) and then exchange the
+/// markers' range with the kept one: setRangeStartIndex(), then setRangeEndIndex(). Keys that a curve could
+/// not place are in no curve then; failedKeys() names them, and the command owns them until a curve has them
+/// again. Those of them that belong to no curve when the command dies are deleted.
+///
+/// Where the keys stood is captured when the command is built. Steps of one drag merge without further test.
+/// The markers belong to others and outlive the command's use; curves and placed keys belong to others too.
+class ZT_COMMANDS_EXPORT ChangeRangeCommand : public QUndoCommand, public MergeableCommand {
+public:
+    using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
+
+    /// By itself it changes the range only, from what the markers show to [rangeStart, rangeEnd]; undo puts
+    /// @p keys, whose frames in the map are not used, where they stand now.
+    ChangeRangeCommand(ZT::AnimationMarkers* markers, const KeysIndexMap& keys, unsigned int rangeStart,
+                       unsigned int rangeEnd, bool finalCommand);
+    ~ChangeRangeCommand() override;
+
+    void undo() override;
+    void redo() override;
+    int id() const override;
+    bool mergeWith(const QUndoCommand* other) override;
+    bool isFinalCommand() const override;
+
+    /// The keys that the last redo() or undo() could not place, and those of steps merged since.
+    const std::vector<ZT::EditableMotionCurveKey*>& failedKeys() const noexcept { return _failedKeys; }
+
+protected:
+    using CurvesKeysMap = QMap<ZT::EditableMotionCurve*, QMap<ZT::EditableMotionCurveKey*, unsigned int>>;
+    struct Range {
+        unsigned int start = 0;
+        unsigned int end = 0;
+    };
+
+    void reorganizeKeys(const CurvesKeysMap& indices);
+    /// Exchanges the markers' range with the pending one.
+    void updateRange();
+
+    Range markersRange() const;
+    /// Forgets all keys: the command changes nothing but the range.
+    void forgetKeys();
+    /// Sets a template with the places %1 to %4 and the text made from it.
+    void setRangeText(const QString& textTemplate, const Range& from, const Range& to);
+    MergeState& mergeState() noexcept { return _mergeState; }
+
+    CurvesKeysMap newIndices; ///< what redo() gives; filled by the subclasses
+    Range pendingRange;       ///< what the next redo() or undo() gives the markers
+
+private:
+    MergeState _mergeState;
+    CurvesKeysMap _oldIndices; ///< what undo() gives
+    QString _textTemplate;
+    ZT::AnimationMarkers* _markers;
+    std::vector<ZT::EditableMotionCurveKey*> _failedKeys;
+    DetachedKeys _detachedKeys;
+};
+
+} // namespace ZT::AnimCmd

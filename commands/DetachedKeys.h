@@ -1,0 +1,36 @@
+#pragma once
+
+#include "model/EditableMotionCurveKey.h"
+
+#include <QPointer>
+
+#include <vector>
+
+namespace ZT::AnimCmd {
+
+/// The keys that a command holds outside curves. It owns each of them for as long as no curve holds it, and
+/// deletes those when it dies.
+///
+/// The keys are watched, so that one which meanwhile went back into a curve and died with it is never
+/// touched.
+class DetachedKeys {
+public:
+    DetachedKeys() = default;
+    DetachedKeys(const DetachedKeys&) = delete;
+    DetachedKeys& operator=(const DetachedKeys&) = delete;
+    ~DetachedKeys();
+
+    /// Takes a key in. Null and keys that a curve holds are left out.
+    void add(EditableMotionCurveKey* key);
+
+    /// Lets go of keys that a curve holds again.
+    void letGoOfHeldKeys();
+
+    /// Takes over all keys of @p other.
+    void addAll(DetachedKeys& other);
+
+private:
+    std::vector<QPointer<EditableMotionCurveKey>> _keys;
+};
+
+} // namespace ZT::AnimCmd

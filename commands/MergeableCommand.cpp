@@ -1,0 +1,7 @@
+#include "commands/MergeableCommand.h"
+
+namespace ZT {
+
+MergeableCommand::~MergeableCommand() = default;
+
+} // namespace ZT

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "commands/Export.h"
+#include "commands/MergeState.h"
+#include "commands/MergeableCommand.h"
+#include "model/EditableMotionCurve.h"
+
+#include <QMap>
+#include <QSet>
+#include <QUndoCommand>
+
+namespace ZT::AnimCmd {
+
+/// Moves keys of any curves to new frames and values: the command of a key drag.
+///
+/// Where the keys stood is captured when the command is built. redo() is EditableMotionCurve::moveKeys() for
+/// each curve; undo() is the same with the captured positions and, where keys blocked each other's way back,
+/// EditableMotionCurve::reorganizeKeys() for those. Merges with a step that moves exactly the same keys. Keys
+/// and curves belong to others; exceptions of a curve pass through.
+class ZT_COMMANDS_EXPORT MoveCurveKeysCommand : public QUndoCommand, public MergeableCommand {
+public:
+    using KeyPosMap = EditableMotionCurve::KeyPosMap;
+
+    /// @p positions: x the target frame, y the target value. Keys that are null or in no curve are left out.
+    MoveCurveKeysCommand(const KeyPosMap& positions, bool finalCommand);
+    ~MoveCurveKeysCommand() override;
+
+    void undo() override;
+    void redo() override;
+    int id() const override;
+    bool mergeWith(const QUndoCommand* other) override;
+    bool isFinalCommand() const override;
+
+private:
+    static void _finishReturn(EditableMotionCurve& curve, const KeyPosMap& oldPositions);
+
+    QSet<ZT::EditableMotionCurveKey*> _movedKeys;
+    QMap<ZT::EditableMotionCurve*, KeyPosMap> _newPositions;
+    QMap<ZT::EditableMotionCurve*, KeyPosMap> _oldPositions;
+    MergeState _mergeState;
+};
+
+} // namespace ZT::AnimCmd

@@ -1,0 +1,74 @@
+#include "commands/MoveTangentCommand.h"
+
+#include <QCoreApplication>
+
+namespace ZT::AnimCmd {
+
+MoveTangentCommand::MoveTangentCommand(const QSet<EditableMotionCurveKey*>& keys, TangentSide side,
+                                       float first, float second, bool finalCommand)
+    : _mergeState(finalCommand)
+    , _side(side)
+    , _tangentOffset(first, second) {
+    setText(QCoreApplication::translate("ZT::AnimCmd::MoveTangentCommand",
+                                        "Move the tangent of some curve keys"));
+    for (EditableMotionCurveKey* const key : keys) {
+        _capture(key);
+    }
+}
+
+MoveTangentCommand::MoveTangentCommand(EditableMotionCurveKey* key, TangentSide side, float first,
+                                       float second, bool finalCommand)
+    : _mergeState(finalCommand)
+    , _side(side)
+    , _tangentOffset(first, second) {
+    _capture(key);
+    setText(
+        QCoreApplication::translate("ZT::AnimCmd::MoveTangentCommand", "Move the tangent of one curve key"));
+}
+
+MoveTangentCommand::~MoveTangentCommand() = default;
+
+void MoveTangentCommand::_capture(EditableMotionCurveKey* key) {
+    EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
+    if (curve == nullptr) {
+        return;
+    }
+    _keysByCurve[curve].insert(key);
+    _oldOffsets[curve].insert(key, key->getTangentOffset(_side));
+    _oldRecords[curve].emplace_back(key, key->baseMotionCurveKey());
+}
+
+void MoveTangentCommand::redo() {
+    for (auto entry = _keysByCurve.cbegin(); entry != _keysByCurve.cend(); ++entry) {
+        entry.key()->moveTangents(entry.value(), _side, _tangentOffset);
+    }
+}
+
+void MoveTangentCommand::undo() {
+    for (auto entry = _oldOffsets.cbegin(); entry != _oldOffsets.cend(); ++entry) {
+        entry.key()->moveTangents(entry.value(), _side);
+        entry.key()->_restoreHandles(_oldRecords.value(entry.key()));
+    }
+}
+
+int MoveTangentCommand::id() const {
+    return 2;
+}
+
+bool MoveTangentCommand::mergeWith(const QUndoCommand* other) {
+    const bool isOpen = _mergeState.beginMerge();
+    const auto* const next = dynamic_cast<const MoveTangentCommand*>(other);
+    if (!isOpen || next == nullptr || next->id() != id() ||
+        (next->_keysByCurve != _keysByCurve && next->_side != _side)) {
+        return false;
+    }
+    _tangentOffset = next->_tangentOffset;
+    _mergeState.accept(next->_mergeState);
+    return true;
+}
+
+bool MoveTangentCommand::isFinalCommand() const {
+    return _mergeState.isFinal();
+}
+
+} // namespace ZT::AnimCmd

@@ -1,0 +1,138 @@
+#include "commands/ReplaceCurveKeysCommand.h"
+
+#include <QCoreApplication>
+#include <QSet>
+
+#include <utility>
+
+namespace ZT::AnimCmd {
+
+ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(CurvesKeysMap keysToRemove, CurvesKeysMap keysToInsert)
+    : _keysToRemove(std::move(keysToRemove))
+    , _keysToInsert(std::move(keysToInsert)) {
+    _own(_keysToInsert);
+    _setReplaceText();
+}
+
+ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(QList<EditableMotionCurveKey*> keys,
+                                                 CurvesKeysMap keysToInsert)
+    : _keysToInsert(std::move(keysToInsert)) {
+    for (EditableMotionCurveKey* const key : std::as_const(keys)) {
+        addKeyToRemove(key);
+    }
+    _own(_keysToInsert);
+    _setReplaceText();
+}
+
+ReplaceCurveKeysCommand::~ReplaceCurveKeysCommand() = default;
+
+void ReplaceCurveKeysCommand::_setReplaceText() {
+    // Deliberate: the second count is the width of the first number and "%2" stays; see
+    // theReplaceTextUsesTheSecondCountAsFieldWidth(). All texts count curves, not keys.
+    const QString text = QCoreApplication::translate("ZT::AnimCmd::ReplaceCurveKeysCommand",
+                                                     "Replace %1 curve keys by %2 other curve keys");
+    setText(text.arg(qlonglong{removedCurves()}, insertedCurves()));
+}
+
+void ReplaceCurveKeysCommand::_own(const CurvesKeysMap& keys) {
+    for (const KeysIndexMap& keysOfCurve : keys) {
+        for (auto entry = keysOfCurve.cbegin(); entry != keysOfCurve.cend(); ++entry) {
+            _detachedKeys.add(entry.key());
+        }
+    }
+}
+
+void ReplaceCurveKeysCommand::addKeyToRemove(EditableMotionCurveKey* key) {
+    EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
+    if (curve != nullptr) {
+        _keysToRemove[curve].insert(key, index(key));
+    }
+}
+
+void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve,
+                                             unsigned int index) {
+    if (key != nullptr && curve != nullptr) {
+        _keysToInsert[curve].insert(key, index);
+        _detachedKeys.add(key);
+    }
+}
+
+void ReplaceCurveKeysCommand::redo() {
+    CurvesKeysMap gone = replace(_keysToRemove, _keysToInsert);
+    _own(gone);
+    _leaveOutNewcomers(_keysToRemove, _keysToInsert, gone);
+    _keysToRemove = std::move(gone);
+    _detachedKeys.letGoOfHeldKeys();
+}
+
+void ReplaceCurveKeysCommand::undo() {
+    _keysToInsert = replace(_keysToInsert, _keysToRemove);
+    _own(_keysToInsert);
+    _detachedKeys.letGoOfHeldKeys();
+}
+
+ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::replace(const CurvesKeysMap& toRelease,
+                                                                        const CurvesKeysMap& toInsert) {
+    QSet<EditableMotionCurve*> curves;
+    for (auto curve = toRelease.keyBegin(); curve != toRelease.keyEnd(); ++curve) {
+        curves.insert(*curve);
+    }
+    for (auto curve = toInsert.keyBegin(); curve != toInsert.keyEnd(); ++curve) {
+        curves.insert(*curve);
+    }
+    CurvesKeysMap gone;
+    for (EditableMotionCurve* const curve : std::as_const(curves)) {
+        gone.insert(curve, curve->releaseAndInsertKeys(toRelease.value(curve), toInsert.value(curve)));
+    }
+    return gone;
+}
+
+// Where two keys to insert share a frame, the second displaces the first, and the curve reports the first
+// among the keys that left. Undo must put back only what stood in the curve before, at the frame where it
+// stood.
+void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& named, const CurvesKeysMap& inserted,
+                                                 CurvesKeysMap& gone) {
+    for (auto curve = inserted.cbegin(); curve != inserted.cend(); ++curve) {
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            EditableMotionCurveKey* const key = entry.key();
+            if (key == nullptr || key->getParentCurve() != nullptr) {
+                continue;
+            }
+            KeysIndexMap& goneFromCurve = gone[curve.key()];
+            const KeysIndexMap namedOfCurve = named.value(curve.key());
+            const auto stoodAt = namedOfCurve.constFind(key);
+            if (stoodAt == namedOfCurve.cend()) {
+                goneFromCurve.remove(key);
+            } else {
+                goneFromCurve.insert(key, *stoodAt);
+            }
+        }
+    }
+}
+
+AddCurveKeysCommand::AddCurveKeysCommand(CurvesKeysMap keys)
+    : ReplaceCurveKeysCommand(CurvesKeysMap(), std::move(keys)) {
+    setText(QCoreApplication::translate("ZT::AnimCmd::AddCurveKeysCommand", "Add %1 curve keys")
+                .arg(insertedCurves()));
+}
+
+// Deliberate: the single-key forms keep the text of an empty replacement; see
+// theSingleKeyCommandsKeepTheTextOfAnEmptyReplacement().
+AddCurveKeysCommand::AddCurveKeysCommand(EditableMotionCurveKey* key, EditableMotionCurve* curve,
+                                         unsigned int index)
+    : ReplaceCurveKeysCommand(CurvesKeysMap(), CurvesKeysMap()) {
+    addKeyToInsert(key, curve, index);
+}
+
+RemoveCurveKeysCommand::RemoveCurveKeysCommand(QList<EditableMotionCurveKey*> keys)
+    : ReplaceCurveKeysCommand(std::move(keys), CurvesKeysMap()) {
+    setText(QCoreApplication::translate("ZT::AnimCmd::RemoveCurveKeysCommand", "Remove %1 curve keys")
+                .arg(removedCurves()));
+}
+
+RemoveCurveKeysCommand::RemoveCurveKeysCommand(EditableMotionCurveKey* key)
+    : ReplaceCurveKeysCommand(CurvesKeysMap(), CurvesKeysMap()) {
+    addKeyToRemove(key);
+}
+
+} // namespace ZT::AnimCmd

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "commands/DetachedKeys.h"
+#include "commands/Export.h"
+#include "model/EditableMotionCurve.h"
+
+#include <QList>
+#include <QMap>
+#include <QUndoCommand>
+
+namespace ZT::AnimCmd {
+
+/// Takes keys out of curves and puts others in, across any number of curves. Never merges.
+///
+/// The command owns every key that is outside a curve while the command lives: before and after undo the keys
+/// to insert, after redo the keys that the curves gave up. It deletes them when it dies; keys in curves
+/// belong to those. Keys to insert are handed over with the command and must be in no curve.
+///
+/// Signals are those of EditableMotionCurve::releaseAndInsertKeys(), curve by curve in no particular order.
+/// Exceptions of a curve pass through.
+class ZT_COMMANDS_EXPORT ReplaceCurveKeysCommand : public QUndoCommand {
+public:
+    using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
+    using CurvesKeysMap = QMap<ZT::EditableMotionCurve*, KeysIndexMap>;
+
+    /// Per curve, the keys to take out and the keys to put in, each with its frame. A key that does not stand
+    /// at its frame when the command is first done is not taken out.
+    ReplaceCurveKeysCommand(QMap<ZT::EditableMotionCurve*, KeysIndexMap> keysToRemove,
+                            QMap<ZT::EditableMotionCurve*, KeysIndexMap> keysToInsert);
+
+    /// Takes out @p keys from where they stand now; null keys and keys in no curve are skipped.
+    ReplaceCurveKeysCommand(QList<ZT::EditableMotionCurveKey*> keys,
+                            QMap<ZT::EditableMotionCurve*, KeysIndexMap> keysToInsert);
+
+    ~ReplaceCurveKeysCommand() override;
+
+    void undo() override;
+    void redo() override;
+
+protected:
+    int removedCurves() const { return _keysToRemove.size(); }
+    int insertedCurves() const { return _keysToInsert.size(); }
+    void addKeyToRemove(EditableMotionCurveKey* key);
+    void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
+
+private:
+    static CurvesKeysMap replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert);
+    static void _leaveOutNewcomers(const CurvesKeysMap& named, const CurvesKeysMap& inserted,
+                                   CurvesKeysMap& gone);
+    void _setReplaceText();
+    void _own(const CurvesKeysMap& keys);
+
+    CurvesKeysMap _keysToRemove; ///< after redo, what the curves gave up
+    CurvesKeysMap _keysToInsert; ///< after undo, what the curves gave up
+    DetachedKeys _detachedKeys;
+};
+
+/// Puts keys into curves.
+class ZT_COMMANDS_EXPORT AddCurveKeysCommand : public ReplaceCurveKeysCommand {
+public:
+    explicit AddCurveKeysCommand(QMap<ZT::EditableMotionCurve*, KeysIndexMap> keys);
+    /// Does nothing when @p key or @p curve is null.
+    AddCurveKeysCommand(ZT::EditableMotionCurveKey* key, ZT::EditableMotionCurve* curve, unsigned int index);
+};
+
+/// Takes keys out of their curves.
+class ZT_COMMANDS_EXPORT RemoveCurveKeysCommand : public ReplaceCurveKeysCommand {
+public:
+    /// Null keys and keys in no curve are skipped.
+    explicit RemoveCurveKeysCommand(QList<ZT::EditableMotionCurveKey*> keys);
+    /// Does nothing when @p key is null or in no curve.
+    explicit RemoveCurveKeysCommand(ZT::EditableMotionCurveKey* key);
+};
+
+} // namespace ZT::AnimCmd
