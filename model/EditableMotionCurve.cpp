@@ -43,7 +43,7 @@ EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve
     for (const auto element : curve) {
         auto key = std::make_unique<EditableMotionCurveKey>(*element.second);
         MotionCurve::insert(element.first, key->_record());
-        key.release();
+        static_cast<void>(key.release()); // The curve owns it now.
     }
     for (const auto element : *this) {
         _connectKey(element.second);

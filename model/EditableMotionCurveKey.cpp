@@ -2,19 +2,20 @@
 
 #include "base/animation/KeySerialization.h"
 #include "base/math/BezierTangents.h"
+#include "base/math/FloatBits.h"
 #include "model/EditableMotionCurve.h"
 #include "model/EditableMotionCurveExceptions.h"
 
 #include <boost/optional.hpp>
 
 #include <cmath>
-#include <cstring>
 #include <locale>
 #include <memory>
 #include <stdexcept>
 
 namespace ZT {
 
+using VQ::Math::floatBits;
 using VQ::Math::Position2D;
 using VQ::Math::Interpolation::InterpolationType;
 using VQ::Math::Interpolation::Key;
@@ -26,11 +27,8 @@ const char* const symmetricalAttribute = "symmetrical";
 const char* const smoothAttribute = "smooth";
 
 // Two floats that compare equal may still differ in sign or as NaNs; undo restores bits.
-bool sameBits(float a, float b) noexcept {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
 bool sameBits(const Position2D& a, const Position2D& b) noexcept {
-    return sameBits(a.x, b.x) && sameBits(a.y, b.y);
+    return floatBits(a.x) == floatBits(b.x) && floatBits(a.y) == floatBits(b.y);
 }
 
 bool needsRestoring(InterpolationType type, const Position2D& offset, InterpolationType capturedType,
@@ -50,26 +48,38 @@ Position2D opposite(const Position2D& point) noexcept {
     return {-point.x, -point.y};
 }
 
+template <class Record>
+auto* wholeKey(Record* record) {
+    return EditableMotionCurveKey::_toEditable(std::make_pair(0U, record)).second;
+}
+
+void destroyKey(Key* key) noexcept {
+    delete wholeKey(key);
+}
+Tree writeKey(const Key& key) {
+    return wholeKey(&key)->serialize();
+}
+bool readKey(Key& key, const Tree& tree) {
+    return wholeKey(&key)->deserialize(tree);
+}
+
+// In the classic locale whatever the global one is, so that "true" always reads as true.
+using FlagTranslator =
+    boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
+
 bool readFlag(const Tree& tree, const char* attribute) {
-    // In the classic locale whatever the global one is, so that "true" always reads as true.
-    using Translator =
-        boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
-    return tree.get_optional<bool>(std::string("<xmlattr>.") + attribute, Translator(std::locale::classic()))
+    return tree
+        .get_optional<bool>(std::string("<xmlattr>.") + attribute, FlagTranslator(std::locale::classic()))
         .get_value_or(false);
 }
 
 void writeFlag(Tree& tree, const char* attribute) {
-    using Translator =
-        boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
-    tree.put(std::string("<xmlattr>.") + attribute, true, Translator(std::locale::classic()));
+    tree.put(std::string("<xmlattr>.") + attribute, true, FlagTranslator(std::locale::classic()));
 }
 
 } // namespace
 
-const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{
-    [](Key* key) noexcept { delete _wholeKey(key); },
-    [](const Key& key) { return _wholeKey(&key)->serialize(); },
-    [](Key& key, const Tree& tree) { return _wholeKey(&key)->deserialize(tree); }};
+const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{destroyKey, writeKey, readKey};
 
 EditableMotionCurveKey::EditableMotionCurveKey() = default;
 

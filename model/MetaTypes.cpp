@@ -14,7 +14,7 @@ Q_DECLARE_METATYPE(ZT::EditableMotionCurve::RationalSeconds)
 
 namespace ZT {
 
-bool registerMetaTypes() {
+bool registerMetaTypes() noexcept {
     using Curve = EditableMotionCurve;
     qRegisterMetaType<EditableMotionCurveKey*>("ZT::EditableMotionCurveKey*");
     qRegisterMetaType<EditableMotionCurveKey*>("EditableMotionCurveKey*");

@@ -20,7 +20,7 @@ Animation::Animation(const Animation& other) {
     }
 }
 
-Animation::Animation(Animation&& other) {
+Animation::Animation(Animation&& other) noexcept {
     _layers.swap(other._layers);
 }
 

@@ -23,7 +23,7 @@ public:
     Animation();
     /// A deep copy; the copied layers and their curves are plain.
     Animation(const Animation& other);
-    Animation(Animation&& other);
+    Animation(Animation&& other) noexcept;
     Animation& operator=(Animation other) noexcept;
     virtual ~Animation();
 

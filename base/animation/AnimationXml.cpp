@@ -30,7 +30,7 @@ PropertyTree::ptree readAnimationXml(std::istream& stream) {
     if (document.size() != 1 || document.front().first != "animation") {
         throw std::runtime_error("the root element is not \"animation\"");
     }
-    return std::move(document.front().second);
+    return document.front().second;
 }
 
 } // namespace VQ::Animation

@@ -26,11 +26,11 @@ MotionCurve::MotionCurve(const MotionCurve& other)
     for (const auto element : other) {
         auto copy = std::make_unique<Key>(*element.second);
         insert(element.first, copy.get());
-        copy.release();
+        static_cast<void>(copy.release()); // The curve owns it now.
     }
 }
 
-MotionCurve::MotionCurve(MotionCurve&& other)
+MotionCurve::MotionCurve(MotionCurve&& other) noexcept
     : MotionCurve(KeyFunctions::plain) {
     _swapContents(other);
 }
@@ -190,7 +190,7 @@ void MotionCurve::_read(const Tree& tree) {
                 throw std::invalid_argument("it cannot be read");
             }
             fresh.insert(frame, key.get());
-            key.release();
+            static_cast<void>(key.release()); // The curve owns it now.
         } catch (const std::invalid_argument& error) {
             throw std::invalid_argument("key " + std::to_string(position) + ": " + error.what());
         }

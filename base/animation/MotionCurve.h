@@ -40,7 +40,7 @@ public:
     MotionCurve();
     /// A deep copy: settings and a plain record of each key, whatever objects @p other holds. O(n).
     MotionCurve(const MotionCurve& other);
-    MotionCurve(MotionCurve&& other);
+    MotionCurve(MotionCurve&& other) noexcept;
     MotionCurve& operator=(MotionCurve other) noexcept;
     virtual ~MotionCurve();
 

@@ -1,42 +1,31 @@
 #include "base/animation/TreeItems.h"
 
+#include "base/math/FloatBits.h"
+
 #include <boost/property_tree/ptree.hpp>
 
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <stdexcept>
 #include <string_view>
 
 namespace VQ::Animation::TreeItems {
 
+using Math::floatBits;
+using Math::floatFromBits;
 using Math::Interpolation::InterpolationType;
 
 namespace {
 
 constexpr std::array<std::string_view, 4> typeNames{"constant", "linear", "bezier", "bezier auto"};
 
-static_assert(std::numeric_limits<float>::is_iec559 && sizeof(float) == sizeof(std::uint32_t));
-
 // What the ordinary texts "nan" and "-nan" stand for; other NaNs carry their bits along.
 constexpr std::uint32_t positiveNan = 0x7fc00000U;
 constexpr std::uint32_t negativeNan = 0xffc00000U;
 constexpr std::string_view nanBitsOpen = "nan(0x";
-
-std::uint32_t bitsOf(float number) {
-    std::uint32_t bits = 0;
-    std::memcpy(&bits, &number, sizeof bits);
-    return bits;
-}
-
-float fromBits(std::uint32_t bits) {
-    float number = 0.0F;
-    std::memcpy(&number, &bits, sizeof number);
-    return number;
-}
 
 template <class Number, class... Format>
 std::string toText(Number number, Format... format) {
@@ -53,7 +42,7 @@ bool fromText(std::string_view text, Number& number, Format... format) {
 }
 
 std::string nanToText(float number) {
-    switch (const std::uint32_t bits = bitsOf(number)) {
+    switch (const std::uint32_t bits = floatBits(number)) {
     case positiveNan:
         return "nan";
     case negativeNan:
@@ -65,7 +54,7 @@ std::string nanToText(float number) {
 
 bool nanFromText(std::string_view text, float& number) {
     if (text == "nan" || text == "-nan") {
-        number = fromBits(text == "nan" ? positiveNan : negativeNan);
+        number = floatFromBits(text == "nan" ? positiveNan : negativeNan);
         return true;
     }
     std::uint32_t bits = 0;
@@ -74,7 +63,7 @@ bool nanFromText(std::string_view text, float& number) {
         !fromText(text.substr(nanBitsOpen.size(), text.size() - nanBitsOpen.size() - 1), bits, 16)) {
         return false;
     }
-    number = fromBits(bits);
+    number = floatFromBits(bits);
     return std::isnan(number);
 }
 
