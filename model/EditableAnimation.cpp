@@ -81,7 +81,9 @@ void EditableAnimation::push_back(EditableAnimationLayer* pLayer) {
 }
 
 EditableAnimation::iterator EditableAnimation::insert(iterator pBefore, EditableAnimationLayer* pLayer) {
-    _connectLayer(pLayer);
+    if (pLayer != nullptr) {
+        _connectLayer(pLayer);
+    }
     return _toEditableIterator(Animation::insert(pBefore.base(), pLayer));
 }
 

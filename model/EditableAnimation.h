@@ -87,7 +87,7 @@ Q_SIGNALS:
     void greaterIndexChanged();
 
 public Q_SLOTS:
-    /// Appends the layer and takes ownership. Emits nothing.
+    /// Appends the layer and takes ownership. Emits nothing. Throws boost::bad_pointer for null.
     void push_back(EditableAnimationLayer* pLayer);
     /// Inserts the layer before @p pBefore and takes ownership. Emits nothing. Returns the iterator to the
     /// layer.

@@ -68,7 +68,7 @@ void EditableAnimationLayer::setMute(bool pMute) {
 }
 
 void EditableAnimationLayer::setCurve(EditableMotionCurve* pCurve) {
-    if (pCurve == getCurve()) {
+    if (pCurve == nullptr || pCurve == getCurve()) {
         return;
     }
     curve.reset(pCurve);

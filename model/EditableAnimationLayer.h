@@ -66,8 +66,8 @@ Q_SIGNALS:
 public Q_SLOTS:
     /// Emits nameChanged() if the name is another one.
     void setActuatorName(const QString& pActuatorName);
-    /// Takes ownership of @p pCurve, which must not be null, deletes the old curve with its keys and emits
-    /// curveChanged(). Does nothing for the curve that the layer holds.
+    /// Takes ownership of @p pCurve, deletes the old curve with its keys and emits curveChanged(). Does
+    /// nothing for null and for the curve that the layer holds.
     void setCurve(EditableMotionCurve* pCurve);
     /// Emits muteChanged() if the flag is another one.
     void setMute(bool pMute);
