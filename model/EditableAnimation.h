@@ -17,7 +17,7 @@ class AnimationMarkers;
 ///
 /// A view observes the whole animation through layersChanged() and greaterIndexChanged(). Changes of the list
 /// itself emit nothing: whoever makes them tells the views.
-class ZT_MODEL_EXPORT EditableAnimation : public QObject, protected VQ::Animation::Animation {
+class ZT_MODEL_EXPORT EditableAnimation : public QObject, private VQ::Animation::Animation {
     Q_OBJECT
 
     struct ToEditable {

@@ -16,7 +16,7 @@ class EditableAnimation;
 ///
 /// The layer owns its curve, which is always an EditableMotionCurve. The animation owns the layer, or whoever
 /// created it; a layer never has a QObject parent.
-class ZT_MODEL_EXPORT EditableAnimationLayer : public QObject, protected VQ::Animation::AnimationLayer {
+class ZT_MODEL_EXPORT EditableAnimationLayer : public QObject, private VQ::Animation::AnimationLayer {
     Q_OBJECT
 
 public:

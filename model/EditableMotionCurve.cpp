@@ -155,10 +155,15 @@ EditableMotionCurve::_toEditableIterator(VQ::Animation::MotionCurve::const_itera
     return const_iterator(position, ToEditable());
 }
 
-void EditableMotionCurve::_connectKey(EditableMotionCurveKey* key) const {
-    if (key->getParentCurve() == this) {
-        return;
+// A key that createCurveKey() made is connected before it is in the curve; twice would count its signals
+// twice.
+void EditableMotionCurve::_adopt(EditableMotionCurveKey* key) const {
+    if (key->getParentCurve() != this) {
+        _connectKey(key);
     }
+}
+
+void EditableMotionCurve::_connectKey(EditableMotionCurveKey* key) const {
     key->_setParentCurve(const_cast<EditableMotionCurve*>(this));
     const KeyConnections& connections = KeyConnections::get();
     for (const int signal : connections.signalIndices) {
@@ -228,7 +233,7 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         return find(pIndex);
     }
     const auto position = MotionCurve::insert(pIndex, pKey->_record());
-    _connectKey(pKey);
+    _adopt(pKey);
     Q_EMIT keyAdded(pKey);
     _checkGreaterIndexChanged(previousGreater);
     return _toEditableIterator(position);

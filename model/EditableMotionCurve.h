@@ -40,7 +40,7 @@ class EditableAnimationLayer;
 /// Frames are counted from 0; no two keys stand at one frame. Looking a key up costs O(1), looking a frame up
 /// O(log n), single edits O(log n), bulk operations O(n log n). Every signal is emitted after the state that
 /// it announces is complete, and slots run inside the operation.
-class ZT_MODEL_EXPORT EditableMotionCurve : public QObject, protected VQ::Animation::MotionCurve {
+class ZT_MODEL_EXPORT EditableMotionCurve : public QObject, private VQ::Animation::MotionCurve {
     Q_OBJECT
 
     struct ToEditable {
@@ -283,6 +283,7 @@ private:
     class BatchWithFrames;
     struct Placement;
 
+    void _adopt(ZT::EditableMotionCurveKey* key) const;
     void _erase(EditableMotionCurveKey* key);
     bool _edits(const EditableMotionCurveKey* key) const noexcept;
     template <class Keys, class Action>

@@ -153,7 +153,7 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
         }
         Q_EMIT key->indexChanged(placement.target);
         if (placement.isNewcomer) {
-            _connectKey(key);
+            _adopt(key);
             Q_EMIT keyAdded(key);
         }
     }
@@ -180,7 +180,7 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
         }
         EditableMotionCurveKey* const displaced = release(entry.value());
         MotionCurve::insert(entry.value(), key->_record());
-        _connectKey(key);
+        _adopt(key);
         Q_EMIT keyAdded(key);
         if (displaced != nullptr) {
             left.insert(displaced, entry.value());

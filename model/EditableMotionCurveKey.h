@@ -26,8 +26,8 @@ class EditableMotionCurve;
 /// A key belongs to the curve that holds it, and otherwise to whoever took it out of the curve or created it.
 /// Every signal is emitted after the key's state is complete.
 class ZT_MODEL_EXPORT EditableMotionCurveKey : public QObject,
-                                               protected VQ::Math::Interpolation::Key,
-                                               protected VQ::Animation::SerializationInterface {
+                                               private VQ::Math::Interpolation::Key,
+                                               private VQ::Animation::SerializationInterface {
     Q_OBJECT
 
 public:
