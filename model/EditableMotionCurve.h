@@ -141,8 +141,7 @@ public:
     const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const;
 
     /// Makes this curve the key's parent and connects the key's valueChanged(), tangentsChanged() and
-    /// indexChanged(), in this order, to onKeysChanged(). A key whose parent this curve is already is
-    /// connected.
+    /// indexChanged(), in this order, to onKeysChanged().
     void _connectKey(ZT::EditableMotionCurveKey* key) const;
     /// Makes the key parentless and takes the three connections back.
     void _disconnectKey(ZT::EditableMotionCurveKey* key) const;

@@ -1,9 +1,14 @@
 #include "base/animation/AnimationXml.h"
 
+#include "base/animation/XmlNesting.h"
+
 #include <boost/property_tree/xml_parser.hpp>
 
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace VQ::Animation {
 
@@ -19,9 +24,15 @@ void writeAnimationXml(std::ostream& stream, const PropertyTree::ptree& animatio
 }
 
 PropertyTree::ptree readAnimationXml(std::istream& stream) {
+    std::string text(std::istreambuf_iterator<char>(stream), {});
+    if (stream.fail() || text.empty()) {
+        throw std::runtime_error("there is nothing to read");
+    }
+    requireSoundNesting(text);
     PropertyTree::ptree document;
     try {
-        PropertyTree::read_xml(stream, document,
+        std::istringstream source(std::move(text));
+        PropertyTree::read_xml(source, document,
                                PropertyTree::xml_parser::trim_whitespace |
                                    PropertyTree::xml_parser::no_comments);
     } catch (const PropertyTree::xml_parser_error& error) {
@@ -30,7 +41,9 @@ PropertyTree::ptree readAnimationXml(std::istream& stream) {
     if (document.size() != 1 || document.front().first != "animation") {
         throw std::runtime_error("the root element is not \"animation\"");
     }
-    return document.front().second;
+    PropertyTree::ptree animation;
+    animation.swap(document.front().second);
+    return animation;
 }
 
 } // namespace VQ::Animation

@@ -23,6 +23,8 @@ VQ_EXPORT float evaluate(const MotionCurve& curve, double frame);
 /// and one that is not finite counts as zero; so frames grow steadily along the cubic and every frame has one
 /// value.
 ///
+/// A key value that is not finite makes the values between it and its neighbours infinite or NaN.
+///
 /// The cubic's parameter is found by bisection: the frame where it is read differs from @p frame by at most
 /// 1e-12 of the segment's length.
 VQ_EXPORT float evaluateSegment(unsigned int leftFrame, const Math::Interpolation::Key& left,

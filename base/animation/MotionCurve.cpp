@@ -3,6 +3,7 @@
 #include "base/animation/KeySerialization.h"
 #include "base/animation/TreeItems.h"
 
+#include <cassert>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -121,12 +122,13 @@ MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
     return detached;
 }
 
-MotionCurve::iterator MotionCurve::attach(DetachedKey&& detached, unsigned int frame) noexcept {
+MotionCurve::iterator MotionCurve::attach(DetachedKey&& detached, unsigned int frame) {
     detached._place.key() = frame;
-    const auto place = _keys.base().insert(std::move(detached._place)).position;
-    detached._entry.mapped() = place;
-    _index.insert(std::move(detached._entry));
-    return iterator(place);
+    const auto entry = _index.insert(std::move(detached._entry)).position;
+    const auto placed = _keys.base().insert(std::move(detached._place));
+    assert(placed.inserted);
+    entry->second = placed.position;
+    return iterator(placed.position);
 }
 
 MotionCurve::Key* MotionCurve::DetachedKey::release() noexcept {

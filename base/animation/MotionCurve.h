@@ -38,7 +38,7 @@ public:
 
     /// An empty curve at 25 frames a second without limits.
     MotionCurve();
-    /// A deep copy: settings and a plain record of each key, whatever objects @p other holds. O(n).
+    /// A deep copy: settings and a plain record of each key, whatever objects @p other holds. O(n log n).
     MotionCurve(const MotionCurve& other);
     MotionCurve(MotionCurve&& other) noexcept;
     MotionCurve& operator=(MotionCurve other) noexcept;
@@ -119,8 +119,8 @@ protected:
 
     /// Takes the element out of the map without destroying its key. O(1).
     DetachedKey detach(iterator position) noexcept;
-    /// Puts a detached key at the free @p frame. O(log n).
-    iterator attach(DetachedKey&& detached, unsigned int frame) noexcept;
+    /// Puts a detached key at @p frame, which must be free. O(log n).
+    iterator attach(DetachedKey&& detached, unsigned int frame);
 
 private:
     struct Settings {

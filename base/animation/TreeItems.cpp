@@ -154,13 +154,6 @@ RationalSeconds getFraction(const Tree& tree, const char* attribute) {
         !fromText(std::string_view(text).substr(slash + 1), denominator) || denominator < 1) {
         refuseValue(attribute, text, "a fraction of whole numbers");
     }
-    if (denominator == 1) {
-        return RationalSeconds(boost::rational<int>(numerator));
-    }
-    if (numerator == std::numeric_limits<int>::min()) {
-        // It has no positive counterpart, which reducing the fraction needs.
-        refuseValue(attribute, text, "a fraction that can be reduced");
-    }
     return RationalSeconds(boost::rational<int>(numerator, denominator));
 }
 

@@ -1,0 +1,200 @@
+#include "base/animation/AnimationXml.h"
+
+#include "Damages.h"
+
+#include <QtTest>
+
+#include <fstream>
+#include <sstream>
+
+using Records::Animation;
+using Records::AnimationLayer;
+using Records::Tree;
+using VQ::Animation::readAnimationXml;
+using VQ::Animation::writeAnimationXml;
+
+namespace {
+
+std::string toXml(const Tree& tree) {
+    std::ostringstream stream;
+    writeAnimationXml(stream, tree);
+    return stream.str();
+}
+
+Tree fromXml(const std::string& text) {
+    std::istringstream stream(text);
+    return readAnimationXml(stream);
+}
+
+QString problemOf(const std::string& text) {
+    try {
+        fromXml(text);
+        return {};
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+}
+
+} // namespace
+
+class AnimationXmlTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void whatWasWrittenReadsBack() {
+        const Animation animation = Records::makeAnimation();
+        Animation copy;
+        QVERIFY(copy.deserialize(fromXml(toXml(animation.serialize()))));
+        QCOMPARE(Records::of(copy), Records::of(animation));
+    }
+
+    void anAnimationWithoutLayersReadsBack() {
+        Animation copy = Records::makeAnimation();
+        QVERIFY(copy.deserialize(fromXml(toXml(Animation().serialize()))));
+        QVERIFY(copy.empty());
+    }
+
+    void everyRemarkableFloatReadsBack() {
+        Animation animation;
+        animation.push_back(new AnimationLayer);
+        unsigned int frame = 0;
+        for (const float number : Records::remarkableFloats()) {
+            animation.begin()->curve->insert(frame++, new Records::Key(Records::unusualKey(number)));
+        }
+        const Records::CommaLocale comma;
+        Animation copy;
+        QVERIFY(copy.deserialize(fromXml(toXml(animation.serialize()))));
+        QCOMPARE(Records::of(copy), Records::of(animation));
+    }
+
+    void theDocumentHasTheRootAnimationAndIsIndentedByTwoBlanks() {
+        const QStringList lines = QString::fromStdString(toXml(Records::makeAnimation().serialize()))
+                                      .split('\n', Qt::SkipEmptyParts);
+        QVERIFY(lines.at(0).startsWith("<?xml"));
+        QVERIFY(lines.at(0).contains("utf-8", Qt::CaseInsensitive));
+        QCOMPARE(lines.at(1), QString("<animation>"));
+        QVERIFY(lines.at(2).startsWith("  <layer "));
+        QVERIFY(lines.at(3).startsWith("    <curve "));
+        QCOMPARE(lines.last(), QString("</animation>"));
+    }
+
+    void namesReadBack_data() {
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("accents") << QByteArray("t\xc3\xaate");
+        QTest::newRow("beyond the basic plane") << QByteArray("\xf0\x9f\xa6\xbe \xe8\x85\x95");
+        QTest::newRow("markup") << QByteArray("<a b=\"c\" d='e'>&amp;&#65;</a>]]>");
+        QTest::newRow("one blank") << QByteArray(" ");
+        QTest::newRow("blanks around") << QByteArray("  arm  left ");
+        QTest::newRow("lines and tabs") << QByteArray("arm\n\tleft\r");
+    }
+
+    void namesReadBack() {
+        QFETCH(QByteArray, name);
+        Animation animation;
+        animation.push_back(new AnimationLayer(Records::makeLayer(name.toStdString())));
+        Animation copy;
+        QVERIFY(copy.deserialize(fromXml(toXml(animation.serialize()))));
+        QCOMPARE(QByteArray::fromStdString(copy.begin()->actuatorName), name);
+    }
+
+    void textThatIsNotXmlIsRefusedWithItsLine_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<QString>("line");
+        QTest::newRow("attribute without text")
+            << QByteArray("<animation>\n<layer\n name=/>\n</animation>") << "line 3:";
+        QTest::newRow("cut short") << QByteArray("<animation>\n  <layer name=\"a\">\n") << "line 3:";
+        QTest::newRow("cut within a tag") << QByteArray("<animation>\n  <lay") << "line 2:";
+        QTest::newRow("cut within an attribute") << QByteArray("<animation>\n<layer name=\"a") << "line 2:";
+        QTest::newRow("no tag") << QByteArray("\nanimation") << "line 2:";
+        QTest::newRow("text behind the root") << QByteArray("<animation/>\n\nx") << "line 3:";
+        QTest::newRow("closed by another name")
+            << QByteArray("<animation>\n<layer>\n</curve>\n</animation>") << "line 3:";
+    }
+
+    void textThatIsNotXmlIsRefusedWithItsLine() {
+        QFETCH(QByteArray, text);
+        QFETCH(QString, line);
+        const QString problem = problemOf(text.toStdString());
+        QVERIFY2(problem.contains(line), qPrintable('"' + problem + '"'));
+    }
+
+    void aDocumentWithAnotherRootIsRefused_data() {
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("another name") << QByteArray("<curve/>");
+        QTest::newRow("another case") << QByteArray("<Animation/>");
+        QTest::newRow("two roots") << QByteArray("<animation/><animation/>");
+        QTest::newRow("declaration only") << QByteArray("<?xml version=\"1.0\"?>");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("blanks") << QByteArray("  \n ");
+    }
+
+    void aDocumentWithAnotherRootIsRefused() {
+        QFETCH(QByteArray, text);
+        QVERIFY(!problemOf(text.toStdString()).isEmpty());
+    }
+
+    void aFileThatCannotBeOpenedIsRefusedWithoutALine() {
+        std::ifstream stream(std::string(EA_SOURCE_DIR) + "/no such file");
+        QString problem;
+        try {
+            readAnimationXml(stream);
+        } catch (const std::runtime_error& error) {
+            problem = error.what();
+        }
+        QVERIFY(!problem.isEmpty());
+        QVERIFY2(!problem.contains("line"), qPrintable(problem));
+    }
+
+    void elementsNestedTooDeepAreRefusedWithTheirLine() {
+        std::string text;
+        for (int level = 0; level < 200000; ++level) {
+            text += "<layer>\n";
+        }
+        std::istringstream stream(text);
+        try {
+            readAnimationXml(stream);
+            QFAIL("the reader went on");
+        } catch (const std::runtime_error& error) {
+            QCOMPARE(QString(error.what()), QString("line 65: elements are nested too deep"));
+        }
+    }
+
+    void aTagEndInAQuotedAttributeDoesNotEndTheTag() {
+        std::istringstream stream("<animation><layer name='a/>b' note=\"it's > 0\"></layer></animation>");
+        QCOMPARE(readAnimationXml(stream).get<std::string>("layer.<xmlattr>.name"), std::string("a/>b"));
+    }
+
+    void aStreamThatFailsIsReported() {
+        std::ostringstream stream;
+        stream.setstate(std::ios::badbit);
+        QVERIFY_EXCEPTION_THROWN(writeAnimationXml(stream, Animation().serialize()), std::runtime_error);
+    }
+
+    void newerFilesAreRead() {
+        const Animation animation = Records::makeAnimation();
+        Tree tree = animation.serialize();
+        Damages::addUnknownItems(tree);
+        Animation copy;
+        QVERIFY(copy.deserialize(fromXml(toXml(tree))));
+        QCOMPARE(Records::of(copy), Records::of(animation));
+    }
+
+    void commentsDeclarationsAndByteOrderMarksAreSkipped() {
+        const Animation animation = Records::makeAnimation();
+        QString text = QString::fromStdString(toXml(animation.serialize()));
+        text.replace("<animation>", "<!DOCTYPE animation>\n<!-- a -->\n<animation><!-- b -->\n<?note x?>");
+        text.replace("<layer ", "<!-- c --><layer ");
+        Animation copy;
+        QVERIFY(copy.deserialize(fromXml("\xef\xbb\xbf" + text.toStdString())));
+        QCOMPARE(Records::of(copy), Records::of(animation));
+    }
+
+    void anItemThatStandsTwiceInAFileIsFound() {
+        const Tree tree = fromXml("<animation><layer name=\"a\" name=\"b\"/></animation>");
+        QVERIFY(QString::fromStdString(Animation::problemIn(tree)).contains("name"));
+    }
+};
+
+QTEST_GUILESS_MAIN(AnimationXmlTest)
+#include "AnimationXmlTest.moc"
