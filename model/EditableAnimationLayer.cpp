@@ -33,7 +33,7 @@ VQ::Animation::AnimationLayer EditableAnimationLayer::baseAnimationLayer() const
 }
 
 EditableMotionCurve* EditableAnimationLayer::getCurve() const noexcept {
-    return static_cast<EditableMotionCurve*>(curve.get());
+    return EditableMotionCurve::_toEditable(curve.get());
 }
 
 EditableAnimationLayer* EditableAnimationLayer::_toEditable(VQ::Animation::AnimationLayer& layer) noexcept {

@@ -130,6 +130,11 @@ public:
     const EditableMotionCurveKey* getNextKey(const ZT::EditableMotionCurveKey* key) const;
     EditableMotionCurveKey* getNextKey(const ZT::EditableMotionCurveKey* key);
 
+    /// Views the record of an editable curve as that curve; null stays null. Nothing is checked.
+    static EditableMotionCurve* _toEditable(VQ::Animation::MotionCurve* curve) noexcept {
+        return static_cast<EditableMotionCurve*>(curve);
+    }
+
     /// The curve's value at @p frame, also between frames; see VQ::Animation::evaluate(). O(log n).
     float valueAt(double frame) const;
 
