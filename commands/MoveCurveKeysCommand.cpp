@@ -24,6 +24,7 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
         _newPositions[curve].insert(key, entry.value());
         _oldPositions[curve].insert(
             key, QPointF(static_cast<double>(index(key)), static_cast<double>(key->getValue())));
+        _oldRecords[curve].emplace_back(key, key->baseMotionCurveKey());
         _movedKeys.insert(key);
     }
 }
@@ -40,6 +41,7 @@ void MoveCurveKeysCommand::undo() {
     for (auto entry = _oldPositions.cbegin(); entry != _oldPositions.cend(); ++entry) {
         entry.key()->moveKeys(entry.value());
         _finishReturn(*entry.key(), entry.value());
+        entry.key()->_restoreValues(_oldRecords.value(entry.key()));
     }
 }
 

@@ -15,8 +15,9 @@ namespace ZT::AnimCmd {
 ///
 /// Where the keys stood is captured when the command is built. redo() is EditableMotionCurve::moveKeys() for
 /// each curve; undo() is the same with the captured positions and, where keys blocked each other's way back,
-/// EditableMotionCurve::reorganizeKeys() for those. Merges with a step that moves exactly the same keys. Keys
-/// and curves belong to others; exceptions of a curve pass through.
+/// EditableMotionCurve::reorganizeKeys() for those; a value that comparison takes for the captured one, a
+/// zero of the other sign, is written by EditableMotionCurve::_restoreValues(). Merges with a step that moves
+/// exactly the same keys. Keys and curves belong to others; exceptions of a curve pass through.
 class ZT_COMMANDS_EXPORT MoveCurveKeysCommand : public QUndoCommand, public MergeableCommand {
 public:
     using KeyPosMap = EditableMotionCurve::KeyPosMap;
@@ -37,6 +38,8 @@ private:
     QSet<ZT::EditableMotionCurveKey*> _movedKeys;
     QMap<ZT::EditableMotionCurve*, KeyPosMap> _newPositions;
     QMap<ZT::EditableMotionCurve*, KeyPosMap> _oldPositions;
+    QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords>
+        _oldRecords; ///< for bits that a setter drops
     MergeState _mergeState;
 };
 

@@ -58,9 +58,10 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 }
 
 void ReplaceCurveKeysCommand::redo() {
+    const CurvesKeysMap standing = _standingAmong(_keysToInsert);
     CurvesKeysMap gone = replace(_keysToRemove, _keysToInsert);
     _own(gone);
-    _leaveOutNewcomers(_keysToRemove, _keysToInsert, gone);
+    _leaveOutNewcomers(standing, _keysToInsert, gone);
     _keysToRemove = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
 }
@@ -87,10 +88,23 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::replace(const Cu
     return gone;
 }
 
+ReplaceCurveKeysCommand::CurvesKeysMap
+ReplaceCurveKeysCommand::_standingAmong(const CurvesKeysMap& inserted) {
+    CurvesKeysMap standing;
+    for (auto curve = inserted.cbegin(); curve != inserted.cend(); ++curve) {
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            if (entry.key() != nullptr && entry.key()->getParentCurve() == curve.key()) {
+                standing[curve.key()].insert(entry.key(), index(entry.key()));
+            }
+        }
+    }
+    return standing;
+}
+
 // Where two keys to insert share a frame, the second displaces the first, and the curve reports the first
 // among the keys that left. Undo must put back only what stood in the curve before, at the frame where it
 // stood.
-void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& named, const CurvesKeysMap& inserted,
+void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
                                                  CurvesKeysMap& gone) {
     for (auto curve = inserted.cbegin(); curve != inserted.cend(); ++curve) {
         for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
@@ -98,13 +112,12 @@ void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& named, con
             if (key == nullptr || key->getParentCurve() != nullptr) {
                 continue;
             }
-            KeysIndexMap& goneFromCurve = gone[curve.key()];
-            const KeysIndexMap namedOfCurve = named.value(curve.key());
-            const auto stoodAt = namedOfCurve.constFind(key);
-            if (stoodAt == namedOfCurve.cend()) {
-                goneFromCurve.remove(key);
+            const KeysIndexMap stood = standing.value(curve.key());
+            const auto frame = stood.constFind(key);
+            if (frame == stood.cend()) {
+                gone[curve.key()].remove(key);
             } else {
-                goneFromCurve.insert(key, *stoodAt);
+                gone[curve.key()].insert(key, *frame);
             }
         }
     }

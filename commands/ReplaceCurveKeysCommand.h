@@ -45,7 +45,9 @@ protected:
 
 private:
     static CurvesKeysMap replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert);
-    static void _leaveOutNewcomers(const CurvesKeysMap& named, const CurvesKeysMap& inserted,
+    /// The keys to insert that stand in their curve already, with their frames.
+    static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
+    static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
                                    CurvesKeysMap& gone);
     void _setReplaceText();
     void _own(const CurvesKeysMap& keys);

@@ -156,6 +156,9 @@ public:
     /// undo.
     void _restoreHandles(const KeyRecords& records);
 
+    /// The same for values, see the key's _restoreValue().
+    void _restoreValues(const KeyRecords& records);
+
     /// A new key with default values, connected to this curve but not in it; belongs to the caller.
     VQ::Math::Interpolation::Key* createCurveKey() const override;
 
@@ -290,6 +293,8 @@ private:
     void _adopt(ZT::EditableMotionCurveKey* key) const;
     void _erase(EditableMotionCurveKey* key);
     bool _edits(const EditableMotionCurveKey* key) const noexcept;
+    template <class Restore>
+    void _restoreEach(const KeyRecords& records, Restore restore);
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

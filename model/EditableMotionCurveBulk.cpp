@@ -275,21 +275,27 @@ void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType,
     batch.end();
 }
 
-void EditableMotionCurve::_restoreHandles(const KeyRecords& records) {
-    const auto differs = [this](const auto& entry) {
-        return _edits(entry.first) && entry.first->_handlesDifferFrom(entry.second);
-    };
-    auto entry = std::find_if(records.begin(), records.end(), differs);
-    if (entry == records.end()) {
-        return;
-    }
+template <class Restore>
+void EditableMotionCurve::_restoreEach(const KeyRecords& records, Restore restore) {
+    bool isRestored = false;
     Batch batch(*this);
-    for (; entry != records.end(); ++entry) {
-        if (_edits(entry->first)) {
-            entry->first->_restoreHandles(entry->second);
-        }
+    for (const auto& [key, record] : records) {
+        isRestored = (_edits(key) && restore(*key, record)) || isRestored;
     }
-    batch.end();
+    if (isRestored) {
+        batch.end();
+    }
+}
+
+void EditableMotionCurve::_restoreHandles(const KeyRecords& records) {
+    _restoreEach(records,
+                 [](EditableMotionCurveKey& key, const auto& record) { return key._restoreHandles(record); });
+}
+
+void EditableMotionCurve::_restoreValues(const KeyRecords& records) {
+    _restoreEach(records, [](EditableMotionCurveKey& key, const auto& record) {
+        return key._restoreValue(record.value);
+    });
 }
 
 void EditableMotionCurve::setTimeUnit(const RationalSeconds& /*pTimeUnit*/) {}

@@ -332,6 +332,15 @@ bool EditableMotionCurveKey::_restoreHandles(const Key& record) {
     return true;
 }
 
+bool EditableMotionCurveKey::_restoreValue(float pValue) {
+    if (floatBits(value) == floatBits(pValue)) {
+        return false;
+    }
+    value = pValue;
+    Q_EMIT valueChanged(pValue);
+    return true;
+}
+
 unsigned int index(const EditableMotionCurveKey* key) {
     if (key == nullptr || key->getParentCurve() == nullptr) {
         return 0U;

@@ -92,6 +92,10 @@ public:
     /// Whether _restoreHandles() would write anything.
     bool _handlesDifferFrom(const VQ::Math::Interpolation::Key& record) const noexcept;
 
+    /// Writes a value whose bits differ, also where comparison calls it equal. Used by undo. Emits
+    /// valueChanged() and returns true if it was written.
+    bool _restoreValue(float pValue);
+
     /// How a curve destroys, writes and reads keys of this class.
     static const VQ::Animation::KeyFunctions _keyFunctions;
 
