@@ -52,7 +52,8 @@ class ZT_MODEL_EXPORT EditableMotionCurve : public QObject, private VQ::Animatio
 
 public:
     using Index = unsigned int;
-    /// Bidirectional, in ascending frame order; an element is the pair (frame, EditableMotionCurveKey*).
+    /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
+    /// must not be used); an element is the pair (frame, EditableMotionCurveKey*).
     using iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::iterator>;
     using const_iterator =
         boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::const_iterator>;

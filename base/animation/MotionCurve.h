@@ -32,7 +32,8 @@ class VQ_EXPORT MotionCurve : public SerializationInterface {
     using Index = std::unordered_map<const Key*, Places::iterator>;
 
 public:
-    /// Bidirectional, in ascending frame order; an element is ->first, the frame, and ->second, the Key*.
+    /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
+    /// must not be used); an element is ->first, the frame, and ->second, the Key*.
     using iterator = KeyMap::iterator;
     using const_iterator = KeyMap::const_iterator;
 

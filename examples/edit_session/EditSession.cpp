@@ -277,6 +277,11 @@ void EditSession::_stretchRange() {
         return _leaveOut("stretch the range", "no layer has keys, or they stand too far out");
     }
     const Curve::KeysIndexMap keys = _allKeys();
+    if (std::none_of(keys.begin(), keys.end(),
+                     [&](unsigned int frame) { return frame >= start && frame <= end; })) {
+        return _leaveOut("stretch the range",
+                         "no key stands in it"); // There is nothing that could be stretched.
+    }
     _drag([&](int step, bool isLast) {
         return new StretchRangeCommand(markers, keys, start, end, end + dragged(rangeStretch, step), isLast,
                                        StretchSide::end);

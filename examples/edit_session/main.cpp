@@ -13,7 +13,6 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
-#include <cstdio>
 #include <exception>
 #include <stdexcept>
 

@@ -83,6 +83,7 @@ private Q_SLOTS:
     void undoAndRedoLeadToTheSameStates_data();
     void undoAndRedoLeadToTheSameStates();
     void editsWithoutRoomAreLeftOutAndSayWhy();
+    void aRangeWithoutKeysIsNotStretched();
     void anyOtherValueIsADifference_data();
     void anyOtherValueIsADifference();
     void anotherKeyObjectIsADifferenceOnlyWhereObjectsCount();
@@ -190,6 +191,19 @@ void EditSessionTest::editsWithoutRoomAreLeftOutAndSayWhy() {
                           "out)"}));
     QCOMPARE(session.history().size(), std::size_t{12});
     QCOMPARE(session.undoCount(), 6);
+}
+
+void EditSessionTest::aRangeWithoutKeysIsNotStretched() {
+    const auto animation = editable({0, 10, 20, 30, 40});
+    EditSession session(*animation);
+    session.play();
+    QCOMPARE(session.history().back().text,
+             QString("(left out: stretch the range, since no key stands in it)"));
+    const ZT::AnimationMarkers& markers = *animation->getMarkers();
+    const ZT::EditableMotionCurve& curve = *(*animation)[0]->getCurve();
+    for (unsigned int frame = markers.rangeStartIndex(); frame <= markers.rangeEndIndex(); ++frame) {
+        QVERIFY(curve.isIndexAvailable(frame));
+    }
 }
 
 void EditSessionTest::anyOtherValueIsADifference_data() {
