@@ -111,6 +111,73 @@ private Q_SLOTS:
         markers.resetEndFrame();
         QCOMPARE(recorder.take(), QString("markers.endIndexChanged(3)"));
     }
+
+    void aMarkerOnItsSideOfTheOtherMovesAlone() {
+        _markers->setEndIndex(9);
+        QCOMPARE(_recorder->take(), QString("markers.endIndexChanged(9)"));
+        _markers->setStartIndex(9);
+        QCOMPARE(_recorder->take(), QString("markers.startIndexChanged(9)"));
+        _markers->setRangeEndIndex(4);
+        QCOMPARE(_recorder->take(), QString("markers.rangeEndIndexChanged(4)"));
+        _markers->setRangeStartIndex(0);
+        QCOMPARE(_recorder->take(), QString("markers.rangeStartIndexChanged(0)"));
+        QCOMPARE(_markers->rangeEndIndex(), 4U);
+    }
+
+    void theOtherMarkerFollowsAfterTheFirstSignal() {
+        QStringList seen;
+        const auto note = [&] {
+            seen << QString("%1-%2 %3-%4")
+                        .arg(_markers->startIndex())
+                        .arg(_markers->endIndex())
+                        .arg(_markers->rangeStartIndex())
+                        .arg(_markers->rangeEndIndex());
+        };
+        using Markers = ZT::AnimationMarkers;
+        QObject::connect(_markers.get(), &Markers::startIndexChanged, note);
+        QObject::connect(_markers.get(), &Markers::endIndexChanged, note);
+        QObject::connect(_markers.get(), &Markers::rangeStartIndexChanged, note);
+        QObject::connect(_markers.get(), &Markers::rangeEndIndexChanged, note);
+        _markers->setStartIndex(5);
+        _markers->setEndIndex(2);
+        _markers->setRangeStartIndex(7);
+        _markers->setRangeEndIndex(3);
+        QCOMPARE(seen.join(", "),
+                 QString("5-1 1-1, 5-5 1-1, 5-2 1-1, 2-2 1-1, 2-2 7-1, 2-2 7-7, 2-2 7-3, 2-2 3-3"));
+    }
+
+    // Only a change repairs the order of a pair.
+    void settingTheStoredEndDoesNotMoveAStartPastIt() {
+        _markers->setEndIndex(2);
+        _markers->setStartIndex(8);
+        _markers->resetEndFrame();
+        _recorder->take();
+        QCOMPARE(_markers->endIndex(), 0U);
+        _markers->setEndIndex(0);
+        _markers->setStartIndex(8);
+        QCOMPARE(_recorder->take(), QString());
+        QCOMPARE(_markers->startIndex(), 8U);
+    }
+
+    void settingTheStoredRangeEndDoesNotMoveAStartPastIt() {
+        _markers->setRangeEndIndex(3);
+        QString atThatTime;
+        QObject::connect(_markers.get(), &ZT::AnimationMarkers::rangeStartIndexChanged, [&] {
+            _recorder->take();
+            _markers->setRangeEndIndex(3);
+            atThatTime = _recorder->take() + QString::number(_markers->rangeStartIndex());
+        });
+        _markers->setRangeStartIndex(7);
+        QCOMPARE(atThatTime, QString("7"));
+    }
+
+    void hidingTheRangeIsAnnouncedToo() {
+        _markers->setRangeVisible(true);
+        _recorder->take();
+        _markers->setRangeVisible(false);
+        QVERIFY(!_markers->isRangeVisible());
+        QCOMPARE(_recorder->take(), QString("markers.rangeVisibilityChanged(false)"));
+    }
 };
 
 QTEST_GUILESS_MAIN(AnimationMarkersTest)

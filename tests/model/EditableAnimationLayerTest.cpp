@@ -166,6 +166,55 @@ private Q_SLOTS:
         QVERIFY(curve.isNull());
         QVERIFY(key.isNull());
     }
+
+    void theOldCurveDiesWhenTheNewOneAlreadyStands() {
+        EditableAnimationLayer layer;
+        auto* const replacement = new EditableMotionCurve;
+        bool stood = false;
+        QObject::connect(layer.getCurve(), &QObject::destroyed,
+                         [&] { stood = layer.getCurve() == replacement; });
+        layer.setCurve(replacement);
+        QVERIFY(stood);
+    }
+
+    void theGreatestFrameIsForwardedWithItsArguments() {
+        EditableAnimationLayer layer;
+        SignalRecorder recorder;
+        recorder.watch(layer);
+        Q_EMIT layer.getCurve()->greaterIndexChanged(7, 3);
+        QCOMPARE(recorder.take(), QString("layer.greaterIndexChanged(7, 3)"));
+    }
+
+    void eachConnectionIsMadeOnceAndByName_data() {
+        QTest::addColumn<QByteArray>("ofCurve");
+        QTest::addColumn<QByteArray>("ofLayer");
+        const QByteArray changed = SIGNAL(curveChanged());
+        QTest::newRow("keys") << QByteArray(SIGNAL(keysChanged())) << changed;
+        QTest::newRow("time unit") << QByteArray(SIGNAL(timeUnitChanged())) << changed;
+        QTest::newRow("limits") << QByteArray(SIGNAL(valueLimitsChanged(QPair<float, float>))) << changed;
+        QTest::newRow("derivative") << QByteArray(SIGNAL(maxAbsoluteDerivativeChanged(float))) << changed;
+        QTest::newRow("greatest frame") << QByteArray(SIGNAL(greaterIndexChanged(uint, uint)))
+                                        << QByteArray(SIGNAL(greaterIndexChanged(uint, uint)));
+    }
+    void eachConnectionIsMadeOnceAndByName() {
+        QFETCH(QByteArray, ofCurve);
+        QFETCH(QByteArray, ofLayer);
+        EditableAnimationLayer layer;
+        const auto disconnect = [&] {
+            return QObject::disconnect(layer.getCurve(), ofCurve.constData(), &layer, ofLayer.constData());
+        };
+        QVERIFY(disconnect());
+        QVERIFY(!disconnect());
+    }
+
+    void unmutingIsAnnouncedToo() {
+        EditableAnimationLayer layer;
+        layer.setMute(true);
+        SignalRecorder recorder;
+        recorder.watch(layer);
+        layer.setMute(false);
+        QCOMPARE(recorder.take(), QString("layer.muteChanged(false)"));
+    }
 };
 
 QTEST_GUILESS_MAIN(EditableAnimationLayerTest)

@@ -4,11 +4,17 @@
 #include <QtTest>
 
 #include <memory>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 using ZT::EditableAnimation;
 using ZT::EditableAnimationLayer;
 using ZT::EditableMotionCurveKey;
+
+static_assert(std::is_same_v<decltype(*std::declval<EditableAnimation&>().begin()), EditableAnimationLayer*>);
+static_assert(std::is_same_v<decltype(*std::declval<const EditableAnimation&>().begin()),
+                             const EditableAnimationLayer*>);
 
 namespace {
 
@@ -195,6 +201,159 @@ private Q_SLOTS:
         }
         QVERIFY(layer.isNull());
         QVERIFY(markers.isNull());
+    }
+
+    void aReportIsJudgedByTheAnnouncedMaximum_data() {
+        QTest::addColumn<unsigned int>("announced");
+        QTest::addColumn<unsigned int>("newGreater");
+        QTest::addColumn<unsigned int>("previousGreater");
+        QTest::addColumn<bool>("isAnnounced");
+        QTest::addColumn<unsigned int>("announcedAfterwards");
+        // The layers reach 10 and 20.
+        QTest::newRow("above") << 25U << 30U << 20U << true << 30U;
+        QTest::newRow("above, though no curve reaches it") << 0U << 1U << 99U << true << 1U;
+        QTest::newRow("equal") << 25U << 25U << 40U << false << 25U;
+        QTest::newRow("below, from a lower curve") << 30U << 10U << 15U << false << 30U;
+        QTest::newRow("below, from just under the maximum") << 30U << 10U << 29U << false << 30U;
+        QTest::newRow("below, from the maximum") << 30U << 10U << 30U << true << 20U;
+        QTest::newRow("below, from above the maximum") << 30U << 10U << 31U << true << 20U;
+        QTest::newRow("below, while another layer holds it") << 20U << 10U << 20U << false << 20U;
+        QTest::newRow("below, and the layers reach higher") << 15U << 10U << 15U << true << 20U;
+        QTest::newRow("compared without sign") << 1U << 4000000000U << 1U << true << 4000000000U;
+        QTest::newRow("no report changes zero") << 0U << 0U << 50U << false << 0U;
+    }
+    void aReportIsJudgedByTheAnnouncedMaximum() {
+        QFETCH(unsigned int, announced);
+        QFETCH(unsigned int, newGreater);
+        QFETCH(unsigned int, previousGreater);
+        QFETCH(bool, isAnnounced);
+        QFETCH(unsigned int, announcedAfterwards);
+        EditableAnimation animation(plainAnimation({{"a", 10}, {"b", 20}}));
+        report(animation, announced, 0);
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        report(animation, newGreater, previousGreater);
+        QCOMPARE(recorder.take(), isAnnounced ? QString("animation.greaterIndexChanged()") : QString());
+        // The announced maximum is the one number that can be reported without effect while the next cannot.
+        report(animation, announcedAfterwards, 0);
+        QCOMPARE(recorder.take(), QString());
+        report(animation, announcedAfterwards + 1, 0);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+    }
+
+    void withoutLayersALoweredMaximumBecomesZero() {
+        EditableAnimation animation(plainAnimation({{"a", 30}}));
+        report(animation, 30, 0);
+        animation.clear();
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        report(animation, 30, 0);
+        QCOMPARE(recorder.take(), QString());
+        report(animation, 5, 30);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+        QCOMPARE(animation.getGreaterIndex(), 0U);
+    }
+
+    // Nobody told it of the layer that is gone.
+    void theAnnouncedMaximumOutlivesChangesOfTheList() {
+        EditableAnimation animation(plainAnimation({{"a", 10}, {"b", 30}}));
+        report(animation, 30, 0);
+        animation.erase(++animation.begin());
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        ZT::EditableMotionCurve& curve = *animation[0]->getCurve();
+        curve.translateKey(curve.getKey(10), 12);
+        QCOMPARE(recorder.take(), QString("animation.layersChanged()"));
+    }
+
+    void theLayersHoldTheMaximumTogether() {
+        EditableAnimation animation(plainAnimation({{"a", 10}, {"b", 20}}));
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        ZT::EditableMotionCurve& first = *animation[0]->getCurve();
+        ZT::EditableMotionCurve& second = *animation[1]->getCurve();
+        first.insert(30, new EditableMotionCurveKey);
+        second.insert(30, new EditableMotionCurveKey);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+        first.remove(30U);
+        QCOMPARE(recorder.take(), QString());
+        second.remove(30U);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+        QCOMPARE(animation.getGreaterIndex(), 20U);
+    }
+
+    void layersThatWerePutInAreHeardOnce_data() {
+        QTest::addColumn<int>("way");
+        QTest::newRow("wrapped") << 0;
+        QTest::newRow("appended") << 1;
+        QTest::newRow("inserted") << 2;
+    }
+    void layersThatWerePutInAreHeardOnce() {
+        QFETCH(int, way);
+        EditableAnimation animation(plainAnimation({{"a", 10}}));
+        if (way == 1) {
+            animation.push_back(new EditableAnimationLayer);
+        } else if (way == 2) {
+            animation.insert(animation.end(), new EditableAnimationLayer);
+        }
+        EditableAnimationLayer& layer = *animation[way == 0 ? 0 : 1];
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        layer.setActuatorName("renamed");
+        QCOMPARE(recorder.take(), QString("animation.layersChanged()"));
+        Q_EMIT layer.getCurve()->timeUnitChanged();
+        QCOMPARE(recorder.take(), QString("animation.layersChanged()"));
+        layer.getCurve()->insert(77, new EditableMotionCurveKey);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+        for (const auto& [ofLayer, ofAnimation] : std::vector<std::pair<QByteArray, QByteArray>>{
+                 {SIGNAL(nameChanged(QString)), SIGNAL(layersChanged())},
+                 {SIGNAL(curveChanged()), SIGNAL(layersChanged())},
+                 {SIGNAL(greaterIndexChanged(uint, uint)), SLOT(_onGreaterCurveIndexChanged(uint, uint))}}) {
+            QVERIFY2(QObject::disconnect(&layer, ofLayer.constData(), &animation, ofAnimation.constData()),
+                     ofLayer.constData());
+        }
+    }
+
+    void aLayerIsInsertedBeforeTheGivenOne() {
+        EditableAnimation animation(plainAnimation({{"a", 1}, {"b", 2}}));
+        auto* const layer = new EditableAnimationLayer;
+        const auto position = animation.insert(++animation.begin(), layer);
+        QCOMPARE(position - animation.begin(), std::ptrdiff_t{1});
+        QCOMPARE(animation[1], layer);
+        QCOMPARE(animation[2]->getActuatorName(), QString("b"));
+    }
+
+    void erasingTheLastLayerGivesTheEnd() {
+        EditableAnimation animation(plainAnimation({{"a", 1}}));
+        const QPointer<ZT::EditableMotionCurve> curve = animation[0]->getCurve();
+        const auto behind = animation.erase(animation.begin());
+        QVERIFY(behind == animation.end());
+        QVERIFY(curve.isNull());
+    }
+
+    void layersAreFoundByTheirUtf8Names() {
+        EditableAnimation animation(plainAnimation({{"\u00e9paule", 1}, {"\u8155", 2}}));
+        QCOMPARE(animation.getLayer(QString::fromUtf8("\u8155")), animation[1]);
+        QCOMPARE(animation.getLayer(QString::fromUtf8("epaule")), nullptr);
+    }
+
+    void wrappingLeavesThePlainAnimationAsItWas() {
+        const VQ::Animation::Animation plain = plainAnimation({{"a", 10}});
+        EditableAnimation animation(plain);
+        animation[0]->setActuatorName("b");
+        animation[0]->getCurve()->clear();
+        QCOMPARE(plain.begin()->actuatorName, std::string("a"));
+        QCOMPARE(plain.begin()->curve->size(), std::size_t{1});
+    }
+
+    void layersDieBeforeTheMarkers() {
+        auto animation = std::make_unique<EditableAnimation>(plainAnimation({{"a", 10}}));
+        QStringList deaths;
+        QObject::connect((*animation)[0]->getCurve(), &QObject::destroyed, [&] { deaths << "curve"; });
+        QObject::connect((*animation)[0], &QObject::destroyed, [&] { deaths << "layer"; });
+        QObject::connect(animation->getMarkers(), &QObject::destroyed, [&] { deaths << "markers"; });
+        animation.reset();
+        QCOMPARE(deaths.join(' '), QString("curve layer markers"));
     }
 };
 

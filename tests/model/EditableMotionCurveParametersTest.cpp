@@ -225,6 +225,99 @@ private Q_SLOTS:
         QCOMPARE(curve.getMaxAbsoluteDerivative(), 3.0F);
         QCOMPARE(recorder.take(), QString());
     }
+
+    void aValueThatIsNoSideChangesNothing() {
+        Curve c;
+        const QString before = Snapshot::of(c.curve);
+        const auto noSide = static_cast<TangentSide>(2);
+        c.curve.moveTangents(c.all(), noSide, {8.0F, 8.0F});
+        c.curve.setTangentsType({{c[0], noSide}}, Type::linear);
+        QCOMPARE(Snapshot::of(c.curve), before);
+        QCOMPARE(c.recorder.take(), QString("curve.keysChanged(), curve.keysChanged()"));
+    }
+
+    void eachKeyGetsItsOwnStateInTheMapsOrder() {
+        Curve c;
+        c[1]->setSmooth(true);
+        c.recorder.take();
+        c.curve.setKeysSmooth({{c[2], true}, {c[1], false}, {c[0], true}});
+        QCOMPARE(c.recorder.take(), QString("a.smoothChanged(true), b.smoothChanged(false), "
+                                            "c.smoothChanged(true), curve.keysChanged()"));
+    }
+
+    void rightHandlesAreRestoredAfterLeftOnes() {
+        Curve c;
+        c.curve.restoreKeys({{c[0], {TangentSide::left, Type::bezier}}}, {{c[0], {-9.0F, 4.0F}}},
+                            {{c[0], {7.0F, 5.0F}}}, {{c[0], false}}, {{c[0], true}});
+        QCOMPARE(c[0]->getTangentOffset(TangentSide::right), qMakePair(7.0F, 5.0F));
+        QCOMPARE(c[0]->getTangentOffset(TangentSide::left), qMakePair(-7.0F, -5.0F));
+    }
+
+    void restoringWithOneEmptyMapLeavesTheDepthRaised_data() {
+        QTest::addColumn<int>("emptyMap");
+        QTest::newRow("none") << -1;
+        QTest::newRow("types") << 0;
+        QTest::newRow("left handles") << 1;
+        QTest::newRow("right handles") << 2;
+        QTest::newRow("smooth") << 3;
+        QTest::newRow("symmetrical") << 4;
+    }
+    void restoringWithOneEmptyMapLeavesTheDepthRaised() {
+        QFETCH(int, emptyMap);
+        Curve c;
+        EditableMotionCurve::TangentTypeMap types{{c[0], {TangentSide::left, Type::linear}}};
+        EditableMotionCurve::TangentPosMap left{{c[0], {-4.0F, 0.0F}}};
+        EditableMotionCurve::TangentPosMap right{{c[0], {4.0F, 0.0F}}};
+        EditableMotionCurve::KeyStateMap smooth{{c[0], true}};
+        EditableMotionCurve::KeyStateMap symmetrical{{c[0], true}};
+        switch (emptyMap) {
+        case 0:
+            types.clear();
+            break;
+        case 1:
+            left.clear();
+            break;
+        case 2:
+            right.clear();
+            break;
+        case 3:
+            smooth.clear();
+            break;
+        case 4:
+            symmetrical.clear();
+            break;
+        default:
+            break;
+        }
+        c.curve.restoreKeys(types, left, right, smooth, symmetrical);
+        const int announced = emptyMap == -1 ? 1 : 0;
+        QCOMPARE(c.recorder.count("curve.keysChanged()"), announced);
+        c[1]->setValue(8.0F);
+        QCOMPARE(c.recorder.count("curve.keysChanged()"), 2 * announced);
+    }
+
+    // Bulk edits move no key; what a slot moves meanwhile is not looked for.
+    void bulkEditsDoNotCheckTheGreatestFrame_data() { editRows(); }
+    void bulkEditsDoNotCheckTheGreatestFrame() {
+        Curve c;
+        bool isMoved = false;
+        const auto move = [&] { isMoved = c.curve.translateKey(c[2], 90); };
+        QObject::connect(c[1], &EditableMotionCurveKey::tangentsChanged, move);
+        QObject::connect(c[1], &EditableMotionCurveKey::smoothChanged, move);
+        QObject::connect(c[1], &EditableMotionCurveKey::symmetricalChanged, move);
+        fetchedEdit()(c.curve, c[1]);
+        QVERIFY(isMoved);
+        QVERIFY(!c.recorder.take().contains("greaterIndexChanged"));
+    }
+
+    void aBulkEditFromASlotIsAnnouncedWithTheOuterOne() {
+        Curve c;
+        QObject::connect(c[0], &EditableMotionCurveKey::smoothChanged,
+                         [&] { c.curve.setKeysSymmetrical(EditableMotionCurve::KeysSet{c[1]}, true); });
+        c.curve.setKeysSmooth(EditableMotionCurve::KeysSet{c[0]}, true);
+        QCOMPARE(c.recorder.take(), QString("a.smoothChanged(true), b.symmetricalChanged(true), "
+                                            "curve.keysChanged()"));
+    }
 };
 
 QTEST_GUILESS_MAIN(EditableMotionCurveParametersTest)
