@@ -1,5 +1,7 @@
 #include "commands/DetachedKeys.h"
 
+#include "model/EditableMotionCurve.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -7,28 +9,30 @@ namespace ZT::AnimCmd {
 
 namespace {
 
-bool isOutside(const QPointer<EditableMotionCurveKey>& key) {
-    return !key.isNull() && key->getParentCurve() == nullptr;
+// A key that a curve created has that curve as its parent before the curve holds it.
+bool isOutside(const EditableMotionCurveKey* key) {
+    const EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
+    return key != nullptr && (curve == nullptr || curve->_find(key) == curve->end());
 }
 
 } // namespace
 
 DetachedKeys::~DetachedKeys() {
     for (const auto& key : _keys) {
-        if (isOutside(key)) {
+        if (isOutside(key.data())) {
             delete key.data();
         }
     }
 }
 
 void DetachedKeys::add(EditableMotionCurveKey* key) {
-    if (key != nullptr && key->getParentCurve() == nullptr) {
+    if (isOutside(key)) {
         _keys.emplace_back(key);
     }
 }
 
 void DetachedKeys::letGoOfHeldKeys() {
-    const auto held = [](const auto& key) { return !isOutside(key); };
+    const auto held = [](const auto& key) { return !isOutside(key.data()); };
     _keys.erase(std::remove_if(_keys.begin(), _keys.end(), held), _keys.end());
 }
 

@@ -77,12 +77,12 @@ VQ::Animation::AnimationLayer* EditableAnimation::createLayer() const {
 
 void EditableAnimation::push_back(EditableAnimationLayer* pLayer) {
     Animation::push_back(pLayer);
-    _connectLayer(pLayer);
+    _adopt(pLayer);
 }
 
 EditableAnimation::iterator EditableAnimation::insert(iterator pBefore, EditableAnimationLayer* pLayer) {
     if (pLayer != nullptr) {
-        _connectLayer(pLayer);
+        _adopt(pLayer);
     }
     return _toEditableIterator(Animation::insert(pBefore.base(), pLayer));
 }
@@ -109,6 +109,13 @@ void EditableAnimation::_onGreaterCurveIndexChanged(unsigned int newGreater, uns
     if (greatest != _greaterIndex) {
         _greaterIndex = greatest;
         Q_EMIT greaterIndexChanged();
+    }
+}
+
+// A layer that this animation created is connected already; twice would count its signals twice.
+void EditableAnimation::_adopt(EditableAnimationLayer* layer) const {
+    if (layer->getParentAnimation() != this) {
+        _connectLayer(layer);
     }
 }
 

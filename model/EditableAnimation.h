@@ -101,6 +101,7 @@ private Q_SLOTS:
     void _onGreaterCurveIndexChanged(unsigned int newGreater, unsigned int previousGreater);
 
 private:
+    void _adopt(EditableAnimationLayer* layer) const;
     void _connectLayer(EditableAnimationLayer* layer) const;
     void _disconnectLayer(EditableAnimationLayer* layer) const;
     iterator _toEditableIterator(VQ::Animation::Animation::iterator position);

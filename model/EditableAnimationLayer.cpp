@@ -72,7 +72,9 @@ void EditableAnimationLayer::setCurve(EditableMotionCurve* pCurve) {
         return;
     }
     curve.reset(pCurve);
-    _connectCurve(pCurve);
+    if (pCurve->getParentLayer() != this) { // A curve that this layer created is connected already.
+        _connectCurve(pCurve);
+    }
     Q_EMIT curveChanged();
 }
 

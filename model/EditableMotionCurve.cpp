@@ -232,11 +232,11 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         translateKey(pKey, pIndex);
         return find(pIndex);
     }
-    const auto position = MotionCurve::insert(pIndex, pKey->_record());
+    MotionCurve::insert(pIndex, pKey->_record());
     _adopt(pKey);
     Q_EMIT keyAdded(pKey);
     _checkGreaterIndexChanged(previousGreater);
-    return _toEditableIterator(position);
+    return find(pIndex);
 }
 
 bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {

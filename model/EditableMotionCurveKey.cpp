@@ -33,7 +33,7 @@ bool sameBits(const Position2D& a, const Position2D& b) noexcept {
 
 bool needsRestoring(InterpolationType type, const Position2D& offset, InterpolationType capturedType,
                     const Position2D& captured) noexcept {
-    return type == capturedType && type != InterpolationType::bezierAuto && !sameBits(offset, captured);
+    return type == capturedType && !sameBits(offset, captured);
 }
 
 float angle(float x, float y) noexcept {

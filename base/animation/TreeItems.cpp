@@ -68,7 +68,7 @@ bool nanFromText(std::string_view text, float& number) {
 }
 
 bool numberFromText(std::string_view text, float& number) {
-    return text.find("nan") == std::string_view::npos ? fromText(text, number) : nanFromText(text, number);
+    return nanFromText(text, number) || (fromText(text, number) && !std::isnan(number));
 }
 
 [[noreturn]] void refuse(const std::string& what) {

@@ -17,9 +17,9 @@ using KeysSet = QSet<Key*>;
 using Tangents = QMultiMap<Key*, Side>;
 
 template <class Command>
-constexpr bool isConcreteParamCommand = std::is_convertible_v<Command*, Base*> &&
-                                        !std::is_abstract_v<Command> &&
-                                        !std::is_base_of_v<ZT::MergeableCommand, Command>;
+constexpr bool isConcreteParamCommand =
+    std::is_convertible_v<Command*, Base*> && !std::is_abstract_v<Command> &&
+    !std::is_base_of_v<ZT::MergeableCommand, Command>;
 static_assert(std::is_abstract_v<Base> && std::is_convertible_v<Base*, QUndoCommand*>);
 static_assert(isConcreteParamCommand<InterpType> && isConcreteParamCommand<TangentParam>);
 static_assert(isConcreteParamCommand<Smoothness> && isConcreteParamCommand<Symmetry>);
@@ -101,8 +101,7 @@ private Q_SLOTS:
         QCOMPARE(Smoothness(none, true).text(), QString("Change keys smoothness"));
         QCOMPARE(Smoothness(static_cast<Key*>(nullptr), true).text(), QString("Change key smoothness"));
         QCOMPARE(Symmetry(none, true).text(), QString("Change keys symmetrical status"));
-        QCOMPARE(Symmetry(static_cast<Key*>(nullptr), true).text(),
-                 QString("Change key symmetrical status"));
+        QCOMPARE(Symmetry(static_cast<Key*>(nullptr), true).text(), QString("Change key symmetrical status"));
     }
 
     void theTextOfASetOfOneTangentIsThatOfASet() {
@@ -179,9 +178,8 @@ private Q_SLOTS:
         Scene scene;
         Key* const key = scene.addKey(4, record(Type::linear, Type::linear, {-1.0F, 2.0F}, {3.0F, 0.5F}));
         const Walk seen = walk(scene, new TangentParam({key}, Type::constant, true, true));
-        QCOMPARE(seen.redoSignals,
-                 QString("a.tangentsChanged(), a.tangentsChanged(), a.smoothChanged(true), "
-                         "a.symmetricalChanged(true), curve0.keysChanged()"));
+        QCOMPARE(seen.redoSignals, QString("a.tangentsChanged(), a.tangentsChanged(), a.smoothChanged(true), "
+                                           "a.symmetricalChanged(true), curve0.keysChanged()"));
         QVERIFY(seen.undoSignals.startsWith("a.smoothChanged(false), a.symmetricalChanged(false), "
                                             "a.tangentsChanged(), a.tangentsChanged(), "
                                             "curve0.keysChanged()"));
@@ -189,8 +187,8 @@ private Q_SLOTS:
 
     void changingOneTangentRestoresBothOnUndo() {
         Scene scene;
-        Key* const key = addFlagged(
-            scene, 4, record(Type::linear, Type::bezier, {-1.0F, 2.0F}, {3.0F, 0.5F}), true, false);
+        Key* const key = addFlagged(scene, 4, record(Type::linear, Type::bezier, {-1.0F, 2.0F}, {3.0F, 0.5F}),
+                                    true, false);
         const QString before = Snapshot::of(*key);
         scene.stack->push(new InterpType(key, Side::left, Type::bezier));
         QVERIFY(key->getTangentOffset(Side::right) != qMakePair(3.0F, 0.5F)); // Turned by smoothness.
@@ -216,15 +214,15 @@ private Q_SLOTS:
         QFETCH(bool, symmetrical);
         constexpr float infinity = std::numeric_limits<float>::infinity();
         constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-        for (const auto& handles :
-             {std::pair<Position2D, Position2D>{{-1.0F, 2.0F}, {3.0F, 0.5F}}, {{-0.0F, 0.0F}, {0.0F, -0.0F}},
-              {{notANumber, 1.0F}, {1e30F, -infinity}}}) {
+        for (const auto& handles : {std::pair<Position2D, Position2D>{{-1.0F, 2.0F}, {3.0F, 0.5F}},
+                                    {{-0.0F, 0.0F}, {0.0F, -0.0F}},
+                                    {{notANumber, 1.0F}, {1e30F, -infinity}}}) {
             Scene scene;
             scene.addKey(1)->setValue(-3.0F);
-            Key* const key = addFlagged(scene, 4,
-                                        record(static_cast<Type>(left), static_cast<Type>(right),
-                                               handles.first, handles.second),
-                                        smooth, symmetrical);
+            Key* const key = addFlagged(
+                scene, 4,
+                record(static_cast<Type>(left), static_cast<Type>(right), handles.first, handles.second),
+                smooth, symmetrical);
             Key* const next = scene.addKey(9);
             next->setValue(5.0F);
             scene.curve().updateBezierAutoTangents();
@@ -252,6 +250,38 @@ private Q_SLOTS:
         QCOMPARE(scene.state(), undone);
         scene.stack->redo();
         QCOMPARE(scene.state(), redone);
+    }
+
+    void aRedoMakesTheSameHandlesOfAutomaticOnesAsTheFirstTime_data() {
+        QTest::addColumn<uint>("frame");
+        QTest::addColumn<bool>("ahead");
+        // At frame 0 the automatic left handle is (0, 0): its zeros' signs are a direction, too.
+        QTest::newRow("without length") << 0U << true;
+        QTest::newRow("rounded") << 4U << true;
+        QTest::newRow("last key") << 4U << false;
+    }
+    void aRedoMakesTheSameHandlesOfAutomaticOnesAsTheFirstTime() {
+        QFETCH(uint, frame);
+        QFETCH(bool, ahead);
+        for (const Position2D right : {Position2D(5.0F, 0.0F), {-5.0F, 0.0F}, {1e30F, 1.0F}, {-1.0F, 2.0F}}) {
+            Scene scene;
+            if (frame > 1) {
+                scene.addKey(1)->setValue(-3.0F);
+            }
+            Key* const key =
+                scene.addKey(frame, record(Type::bezierAuto, Type::bezier, {-1e9F, 1e9F}, right));
+            if (ahead) {
+                scene.addKey(frame + 5)->setValue(5.0F);
+            }
+            scene.curve().updateBezierAutoTangents();
+            scene.stack->push(new Smoothness(key, true));
+            const QString redone = scene.state();
+            for (int round = 0; round < 1000; ++round) {
+                scene.stack->undo();
+                scene.stack->redo();
+            }
+            QCOMPARE(scene.state(), redone);
+        }
     }
 
     void theStateBeforeIsThatOfTheConstruction() {

@@ -42,9 +42,8 @@ private Q_SLOTS:
         Scene scene;
         QCOMPARE(Change(&scene.markers(), {}, 3, 4, false).text(),
                  QString("translated Range command from (1; 1) to (3; 4)"));
-        QCOMPARE(
-            translator.asked,
-            QStringList{"ZT::AnimCmd::ChangeRangeCommand: Range command from (%1; %2) to (%3; %4)"});
+        QCOMPARE(translator.asked,
+                 QStringList{"ZT::AnimCmd::ChangeRangeCommand: Range command from (%1; %2) to (%3; %4)"});
     }
 
     void itChangesTheRangeBothWays() {
@@ -163,10 +162,9 @@ private Q_SLOTS:
                  QString("a.indexChanged(12), curve0.keyAboutToBeRemoved(b), curve0.keysChanged(), "
                          "markers.rangeStartIndexChanged(12), markers.rangeEndIndexChanged(12), "
                          "markers.rangeEndIndexChanged(13)"));
-        QCOMPARE(seen.undoSignals,
-                 QString("a.indexChanged(10), b.indexChanged(11), curve0.keyAdded(b), "
-                         "curve0.keysChanged(), markers.rangeStartIndexChanged(1), "
-                         "markers.rangeEndIndexChanged(1)"));
+        QCOMPARE(seen.undoSignals, QString("a.indexChanged(10), b.indexChanged(11), curve0.keyAdded(b), "
+                                           "curve0.keysChanged(), markers.rangeStartIndexChanged(1), "
+                                           "markers.rangeEndIndexChanged(1)"));
         QVERIFY(command->failedKeys().empty());
         scene.stack->redo();
         QCOMPARE(command->failedKeys(), Keys{blocked.keys[1]});

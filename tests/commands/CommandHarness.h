@@ -191,6 +191,11 @@ public:
         return _rest == other._rest && areNear(_fixed, other._fixed) && areNear(_automatic, other._automatic);
     }
 
+    /// Equal but for the handles of tangents that are not automatic.
+    bool agreesWithoutFixedHandles(const State& other) const {
+        return _rest == other._rest && areNear(_automatic, other._automatic);
+    }
+
     QString automaticHandles() const { return show(_automatic); }
     QString text() const {
         return _rest + "\nhandles" + show(_fixed) + "\nautomatic handles" + show(_automatic);

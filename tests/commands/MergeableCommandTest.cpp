@@ -21,9 +21,9 @@ static_assert(
 static_assert(!std::is_base_of_v<QUndoCommand, ZT::MergeableCommand>);
 
 template <class Command>
-constexpr bool isMergeable = std::is_convertible_v<Command*, QUndoCommand*> &&
-                             std::is_convertible_v<Command*, ZT::MergeableCommand*> &&
-                             !std::is_abstract_v<Command> && std::has_virtual_destructor_v<Command>;
+constexpr bool isMergeable =
+    std::is_convertible_v<Command*, QUndoCommand*>&& std::is_convertible_v<Command*, ZT::MergeableCommand*> &&
+    !std::is_abstract_v<Command> && std::has_virtual_destructor_v<Command>;
 static_assert(isMergeable<MoveCurveKeysCommand> && isMergeable<MoveTangentCommand>);
 static_assert(isMergeable<ChangeRangeCommand> && isMergeable<MoveRangeCommand>);
 static_assert(isMergeable<StretchRangeCommand>);

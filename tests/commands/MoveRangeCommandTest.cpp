@@ -41,20 +41,20 @@ private Q_SLOTS:
         QTest::addColumn<uint>("oldEnd");
         QTest::addColumn<uint>("newStart");
         QTest::addColumn<QString>("targets");
-        QTest::newRow("to the right") << Frames{10, 11, 12, 13, 14, 15, 16} << 10U << 14U << 12U
-                                      << "12 13 14 15 16 10 11";
+        QTest::newRow("to the right")
+            << Frames{10, 11, 12, 13, 14, 15, 16} << 10U << 14U << 12U << "12 13 14 15 16 10 11";
         QTest::newRow("to the left") << Frames{7, 8, 9, 10, 14} << 10U << 14U << 8U << "7 13 14 8 12";
-        QTest::newRow("far to the right") << Frames{9, 10, 14, 15, 24, 25} << 10U << 14U << 20U
-                                          << "9 20 24 10 19 25";
-        QTest::newRow("far to the left") << Frames{0, 1, 9, 10, 14, 15} << 10U << 14U << 0U
-                                         << "5 6 14 0 4 15";
+        QTest::newRow("far to the right")
+            << Frames{9, 10, 14, 15, 24, 25} << 10U << 14U << 20U << "9 20 24 10 19 25";
+        QTest::newRow("far to the left")
+            << Frames{0, 1, 9, 10, 14, 15} << 10U << 14U << 0U << "5 6 14 0 4 15";
         QTest::newRow("one frame") << Frames{4, 5, 6, 7} << 5U << 5U << 6U << "4 6 5 7";
-        QTest::newRow("at the last frames") << Frames{4294967290U, 4294967294U, 4294967295U} << 4294967290U
-                                            << 4294967293U << 4294967292U
-                                            << "4294967292 4294967290 4294967291";
+        QTest::newRow("at the last frames")
+            << Frames{4294967290U, 4294967294U, 4294967295U} << 4294967290U << 4294967293U << 4294967292U
+            << "4294967292 4294967290 4294967291";
         // The end wraps around to 2, before the old end: only the frames from 10 to 14 take part.
-        QTest::newRow("past the last frame") << Frames{2, 10, 14, 15} << 10U << 14U << 4294967294U
-                                             << "2 4294967294 2 15";
+        QTest::newRow("past the last frame")
+            << Frames{2, 10, 14, 15} << 10U << 14U << 4294967294U << "2 4294967294 2 15";
     }
     void theRangeAndTheFramesItPassesOverExchangePlaces() {
         QFETCH(std::vector<unsigned int>, from);
@@ -92,8 +92,8 @@ private Q_SLOTS:
     void theGivenFramesCountNotTheCurrentOnes() {
         Scene scene;
         const Keys keys = scene.add({40, 50, 60});
-        walk(scene, new Move(&scene.markers(), {{keys[0], 10}, {keys[1], 16}, {keys[2], 30}}, 10, 14, 12,
-                             false));
+        walk(scene,
+             new Move(&scene.markers(), {{keys[0], 10}, {keys[1], 16}, {keys[2], 30}}, 10, 14, 12, false));
         scene.stack->redo();
         QCOMPARE(framesOf(keys), QString("12 11 60"));
     }
@@ -127,8 +127,8 @@ private Q_SLOTS:
         Scene scene;
         const std::unique_ptr<Key> loose(scene.makeKey());
         Key* const held = scene.addKey(10);
-        walk(scene, new Move(&scene.markers(), {{nullptr, 11}, {loose.get(), 12}, {held, 10}}, 10, 14, 12,
-                             false));
+        walk(scene,
+             new Move(&scene.markers(), {{nullptr, 11}, {loose.get(), 12}, {held, 10}}, 10, 14, 12, false));
         scene.stack->redo();
         QCOMPARE(framesOf({loose.get(), held}), QString("- 12"));
     }
@@ -138,8 +138,7 @@ private Q_SLOTS:
         Keys keys = scene.add({10, 15});
         keys.push_back(scene.addKey(11, record(), 1));
         scene.setRange(10, 14);
-        const Walk seen =
-            walk(scene, new Move(&scene.markers(), whereTheyStand(keys), 10, 14, 12, false));
+        const Walk seen = walk(scene, new Move(&scene.markers(), whereTheyStand(keys), 10, 14, 12, false));
         QCOMPARE(seen.redoSignals,
                  QString("a.indexChanged(12), b.indexChanged(10), curve0.keysChanged(), "
                          "curve0.greaterIndexChanged(12, 15), c.indexChanged(13), curve1.keysChanged(), "

@@ -47,11 +47,10 @@ private Q_SLOTS:
         Key* const held = scene.addKey(3);
         const std::unique_ptr<Key> loose(scene.makeKey(bezier({-1.0F, 0.0F}, {1.0F, 0.0F})));
         const QString before = Snapshot::of(*loose);
-        for (QUndoCommand* const command :
-             {new Move(KeysSet(), Side::left, 2, 3, true),
-              new Move(KeysSet{nullptr, loose.get()}, Side::left, 2, 3, true),
-              new Move(loose.get(), Side::right, 2, 3, true),
-              new Move(static_cast<Key*>(nullptr), Side::right, 2, 3, true)}) {
+        for (QUndoCommand* const command : {new Move(KeysSet(), Side::left, 2, 3, true),
+                                            new Move(KeysSet{nullptr, loose.get()}, Side::left, 2, 3, true),
+                                            new Move(loose.get(), Side::right, 2, 3, true),
+                                            new Move(static_cast<Key*>(nullptr), Side::right, 2, 3, true)}) {
             const Walk seen = walk(scene, command);
             QCOMPARE(seen.redoSignals, QString());
             QCOMPARE(seen.undoSignals, QString());

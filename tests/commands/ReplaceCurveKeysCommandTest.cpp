@@ -235,8 +235,8 @@ private Q_SLOTS:
         Scene scene;
         scene.add({3, 4});
         Key* const fresh = scene.makeKey();
-        walk(scene, new Replace({{&scene.curve(), {{nullptr, 3}}}},
-                                {{&scene.curve(), {{nullptr, 4}, {fresh, 5}}}}));
+        walk(scene,
+             new Replace({{&scene.curve(), {{nullptr, 3}}}}, {{&scene.curve(), {{nullptr, 4}, {fresh, 5}}}}));
         scene.stack->redo();
         QCOMPARE(frames(scene.curve()), QString("3 4 5"));
     }

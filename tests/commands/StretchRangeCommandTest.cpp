@@ -74,8 +74,8 @@ struct Model {
                 const float quotient = product / (static_cast<float>(oldEnd) - static_cast<float>(oldStart));
                 const float target = std::floor(quotient + static_cast<float>(start));
                 const unsigned int upper = n + 1U - count + end;
-                unsigned int frameGiven = std::min(
-                    upper, static_cast<unsigned int>(static_cast<std::int64_t>(target)));
+                unsigned int frameGiven =
+                    std::min(upper, static_cast<unsigned int>(static_cast<std::int64_t>(target)));
                 frameGiven = std::max(frameGiven, n + start);
                 while (!used.insert(frameGiven).second) {
                     ++frameGiven;
@@ -146,12 +146,12 @@ private Q_SLOTS:
         QTest::addColumn<QString>("result");
         QTest::addColumn<QString>("expected");
         // 7 * 62 / 14 is 31; 62 / 14 * 7 would be less than that in single precision. Likewise the others.
-        QTest::newRow("multiplied first") << Stretched({7}, 0, 14, 62, StretchSide::end).result()
-                                          << "31 in 0-62";
-        QTest::newRow("multiplied first, twice") << Stretched({7}, 0, 14, 124, StretchSide::end).result()
-                                                 << "62 in 0-124";
-        QTest::newRow("multiplied first, late") << Stretched({15}, 0, 18, 150, StretchSide::end).result()
-                                                << "125 in 0-150";
+        QTest::newRow("multiplied first")
+            << Stretched({7}, 0, 14, 62, StretchSide::end).result() << "31 in 0-62";
+        QTest::newRow("multiplied first, twice")
+            << Stretched({7}, 0, 14, 124, StretchSide::end).result() << "62 in 0-124";
+        QTest::newRow("multiplied first, late")
+            << Stretched({15}, 0, 18, 150, StretchSide::end).result() << "125 in 0-150";
         // Above 2^24 not every frame is a float. Double precision would give 20000005 and 20000017.
         QTest::newRow("rounded frames")
             << Stretched({20000003U, 20000009U}, 20000001U, 20000101U, 20000201U, StretchSide::end).result()
@@ -272,8 +272,7 @@ private Q_SLOTS:
     void aStretchWithoutKeysChangesNothing() {
         Scene scene;
         scene.setRange(4, 6);
-        const Walk seen =
-            walk(scene, new Stretch(&scene.markers(), {}, 4, 6, 9, false, StretchSide::end));
+        const Walk seen = walk(scene, new Stretch(&scene.markers(), {}, 4, 6, 9, false, StretchSide::end));
         QCOMPARE(seen.redoSignals + seen.undoSignals, QString());
     }
 
@@ -282,9 +281,9 @@ private Q_SLOTS:
             Scene scene;
             const Keys keys = scene.add({10, 11, 12});
             scene.setRange(10, 10);
-            walk(scene, new Stretch(&scene.markers(), {{keys[0], 10}, {keys[1], 10}, {keys[2], 10}}, 10, 10,
-                                    startSide ? 5 : 20, false,
-                                    startSide ? StretchSide::start : StretchSide::end));
+            walk(scene,
+                 new Stretch(&scene.markers(), {{keys[0], 10}, {keys[1], 10}, {keys[2], 10}}, 10, 10,
+                             startSide ? 5 : 20, false, startSide ? StretchSide::start : StretchSide::end));
             scene.stack->redo();
             QCOMPARE(framesOf(keys), QString(startSide ? "5 6 7" : "10 11 12"));
             QCOMPARE(scene.range(), QString(startSide ? "5-10" : "10-20"));
