@@ -8,7 +8,6 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace VQ::Animation {
 
@@ -24,14 +23,14 @@ void writeAnimationXml(std::ostream& stream, const PropertyTree::ptree& animatio
 }
 
 PropertyTree::ptree readAnimationXml(std::istream& stream) {
-    std::string text(std::istreambuf_iterator<char>(stream), {});
+    const std::string text(std::istreambuf_iterator<char>(stream), {});
     if (stream.fail() || text.empty()) {
         throw std::runtime_error("there is nothing to read");
     }
     requireSoundNesting(text);
     PropertyTree::ptree document;
     try {
-        std::istringstream source(std::move(text));
+        std::istringstream source(text);
         PropertyTree::read_xml(source, document,
                                PropertyTree::xml_parser::trim_whitespace |
                                    PropertyTree::xml_parser::no_comments);

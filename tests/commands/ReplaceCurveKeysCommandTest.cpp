@@ -352,6 +352,26 @@ private Q_SLOTS:
         QCOMPARE(scene.curve().getKey(2), keys[1]);
     }
 
+    void aKeyThatACurveMadeBelongsToTheCommandThatHoldsIt_data() {
+        QTest::addColumn<bool>("commandFirst");
+        QTest::newRow("the command dies first") << true;
+        QTest::newRow("the curve dies first") << false;
+    }
+    void aKeyThatACurveMadeBelongsToTheCommandThatHoldsIt() {
+        QFETCH(bool, commandFirst);
+        Scene scene;
+        Key* const made = Key::_toEditable(std::make_pair(0U, scene.curve().createCurveKey())).second;
+        const auto watched = watch({made});
+        auto command = std::make_unique<Add>(made, &scene.curve(), 5);
+        if (commandFirst) {
+            command.reset();
+            QCOMPARE(alive(watched), 0);
+        }
+        scene.animation.reset();
+        command.reset();
+        QCOMPARE(alive(watched), 0);
+    }
+
     void theHistoryMayDieBeforeOrAfterTheAnimation_data() {
         QTest::addColumn<bool>("historyFirst");
         QTest::addColumn<int>("index");
