@@ -9,10 +9,8 @@ namespace ZT::AnimCmd {
 
 namespace {
 
-// A key that a curve created has that curve as its parent before the curve holds it.
 bool isOutside(const EditableMotionCurveKey* key) {
-    const EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
-    return key != nullptr && (curve == nullptr || curve->_find(key) == curve->end());
+    return key != nullptr && key->getParentCurve() == nullptr;
 }
 
 } // namespace
@@ -26,6 +24,12 @@ DetachedKeys::~DetachedKeys() {
 }
 
 void DetachedKeys::add(EditableMotionCurveKey* key) {
+    // A key that a curve created names that curve before the curve holds it. It is cut loose here, since the
+    // curve may die before the command.
+    EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
+    if (curve != nullptr && curve->_find(key) == curve->end()) {
+        curve->_disconnectKey(key);
+    }
     if (isOutside(key)) {
         _keys.emplace_back(key);
     }
