@@ -4,9 +4,6 @@
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/MetaTypes.h"
 
-#include <QMetaMethod>
-
-#include <array>
 #include <memory>
 
 namespace ZT {
@@ -18,21 +15,6 @@ namespace {
 // Here, so that a static library brings it along with the curve.
 const bool metaTypesAreRegistered = registerMetaTypes();
 
-// A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
-// neither text comparisons nor a functor object for each connection.
-struct KeyConnections {
-    std::array<int, 3> signalIndices{
-        QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
-        QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
-        QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
-    int slotIndex = EditableMotionCurve::staticMetaObject.indexOfSlot("onKeysChanged()");
-
-    static const KeyConnections& get() {
-        static const KeyConnections connections;
-        return connections;
-    }
-};
-
 } // namespace
 
 EditableMotionCurve::EditableMotionCurve()
@@ -40,13 +22,11 @@ EditableMotionCurve::EditableMotionCurve()
 
 EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve)
     : MotionCurve(EditableMotionCurveKey::_keyFunctions, curve) {
+    reserve(curve.size());
     for (const auto element : curve) {
         auto key = std::make_unique<EditableMotionCurveKey>(*element.second);
         MotionCurve::insert(element.first, key->_record());
-        static_cast<void>(key.release()); // The curve owns it now.
-    }
-    for (const auto element : *this) {
-        _connectKey(element.second);
+        _connectKey(key.release()); // The curve owns it now.
     }
     updateBezierAutoTangents();
 }
@@ -164,19 +144,11 @@ void EditableMotionCurve::_adopt(EditableMotionCurveKey* key) const {
 }
 
 void EditableMotionCurve::_connectKey(EditableMotionCurveKey* key) const {
-    key->_setParentCurve(const_cast<EditableMotionCurve*>(this));
-    const KeyConnections& connections = KeyConnections::get();
-    for (const int signal : connections.signalIndices) {
-        QMetaObject::connect(key, signal, this, connections.slotIndex);
-    }
+    key->_connectTo(const_cast<EditableMotionCurve*>(this));
 }
 
 void EditableMotionCurve::_disconnectKey(EditableMotionCurveKey* key) const {
-    key->_setParentCurve(nullptr);
-    const KeyConnections& connections = KeyConnections::get();
-    for (const int signal : connections.signalIndices) {
-        QMetaObject::disconnect(key, signal, this, connections.slotIndex);
-    }
+    key->_disconnectFrom(this);
 }
 
 void EditableMotionCurve::onKeysChanged() {
@@ -210,8 +182,21 @@ bool EditableMotionCurve::deserialize(const boost::property_tree::ptree& tree) {
 }
 
 void EditableMotionCurve::updateBezierAutoTangents() {
-    for (const auto element : *this) {
-        element.second->updateBezierAutoTangents();
+    using Placed = EditableMotionCurveKey::Placed;
+    Placed previous;
+    for (auto position = begin(); position != end();) {
+        const auto [frame, key] = *position;
+        const Placed next = ++position != end() ? Placed(*position) : Placed();
+        const std::size_t before = revision();
+        key->_updateBezierAutoTangents(previous, frame, next);
+        previous = {frame, key};
+        if (revision() != before) {
+            // A slot moved keys: on behind this frame, wherever keys stand now.
+            const auto last = std::as_const(*this).findAtOrBefore(frame);
+            const bool isFirst = last == std::as_const(*this).MotionCurve::end();
+            position = isFirst ? begin() : find(last->first);
+            previous = isFirst ? Placed() : Placed(*position++);
+        }
     }
 }
 
@@ -220,9 +205,11 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         return end();
     }
     const unsigned int previousGreater = getGreaterIndex();
-    if (EditableMotionCurveKey* const occupant = getKey(pIndex); occupant == pKey) {
-        return find(pIndex);
-    } else if (occupant != nullptr) {
+    if (const auto occupied = findBeside(pIndex); occupied != MotionCurve::end()) {
+        const auto [frame, occupant] = *_toEditableIterator(occupied);
+        if (occupant == pKey) {
+            return _toEditableIterator(occupied);
+        }
         Q_EMIT keyAboutToBeRemoved(occupant);
         _erase(occupant);
     }
@@ -232,42 +219,37 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         translateKey(pKey, pIndex);
         return find(pIndex);
     }
-    MotionCurve::insert(pIndex, pKey->_record());
+    const auto position = MotionCurve::insert(pIndex, pKey->_record());
+    const std::size_t inserted = revision();
     _adopt(pKey);
     Q_EMIT keyAdded(pKey);
     _checkGreaterIndexChanged(previousGreater);
-    return find(pIndex);
+    return revision() == inserted ? _toEditableIterator(position) : find(pIndex);
 }
 
 bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {
-    const auto position = _find(pKey);
-    if (position == end()) {
-        return false;
-    }
-    if (position->first == pIndexFinal) {
-        return true;
-    }
-    if (!isIndexAvailable(pIndexFinal)) {
-        return false;
-    }
     const unsigned int previousGreater = getGreaterIndex();
-    attach(detach(position.base()), pIndexFinal);
-    Q_EMIT pKey->indexChanged(pIndexFinal);
+    if (pKey == nullptr || !relocate(pKey->_record(), pIndexFinal)) {
+        return pKey != nullptr && getKey(pIndexFinal) == pKey;
+    }
+    pKey->_announceIndex(pIndexFinal);
     _checkGreaterIndexChanged(previousGreater);
     return true;
 }
 
 EditableMotionCurveKey* EditableMotionCurve::release(Index pIndex) {
-    EditableMotionCurveKey* const key = getKey(pIndex);
-    if (key == nullptr) {
-        return nullptr;
-    }
+    const auto position = findBeside(pIndex);
+    return position == MotionCurve::end() ? nullptr : _release(_toEditableIterator(position)->second);
+}
+
+EditableMotionCurveKey* EditableMotionCurve::_release(EditableMotionCurveKey* key) {
     const unsigned int previousGreater = getGreaterIndex();
     Q_EMIT keyAboutToBeRemoved(key);
-    if (_find(key) == end()) {
+    const auto position = _find(key);
+    if (position == end()) {
         return nullptr; // A slot took it out.
     }
-    detach(_find(key).base()).release();
+    detach(position.base()).release();
     _disconnectKey(key);
     _checkGreaterIndexChanged(previousGreater);
     return key;

@@ -60,6 +60,8 @@ public:
     using KeysIndexMap = QMap<ZT::EditableMotionCurveKey*, unsigned int>;
     /// x is the frame, y the value.
     using KeyPosMap = QMap<ZT::EditableMotionCurveKey*, QPointF>;
+    /// The same for keys in any order.
+    using KeyMoves = std::vector<std::pair<ZT::EditableMotionCurveKey*, QPointF>>;
     using KeysSet = QSet<ZT::EditableMotionCurveKey*>;
     /// Ends of handles relative to their key: frames, then value units.
     using TangentPosMap = QMap<ZT::EditableMotionCurveKey*, QPair<float, float>>;
@@ -146,11 +148,17 @@ public:
     iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position);
     const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const;
 
+    /// Whether a batch runs, or one was left raised: the curve ignores its keys' signals then.
+    bool _isInBatch() const noexcept { return _batchDepth != 0; }
+
     /// Makes this curve the key's parent and connects the key's valueChanged(), tangentsChanged() and
     /// indexChanged(), in this order, to onKeysChanged().
     void _connectKey(ZT::EditableMotionCurveKey* key) const;
     /// Makes the key parentless and takes the three connections back.
     void _disconnectKey(ZT::EditableMotionCurveKey* key) const;
+
+    /// moveKeys() with at least one key; each key only once.
+    void _moveKeys(const KeyMoves& moves);
 
     /// Writes the handles of keys of this curve back past all rules (see the key's function of that name) as
     /// one batch: the keys' signals, then one keysChanged(). Nothing is emitted when nothing differs. For
@@ -292,6 +300,7 @@ private:
     struct Placement;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
+    ZT::EditableMotionCurveKey* _release(ZT::EditableMotionCurveKey* key);
     void _erase(EditableMotionCurveKey* key);
     bool _edits(const EditableMotionCurveKey* key) const noexcept;
     template <class Restore>

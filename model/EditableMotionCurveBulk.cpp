@@ -77,33 +77,39 @@ bool keysIndexLessThan(const Move& a, const Move& b) noexcept {
     return a.from < b.from;
 }
 
-} // namespace
-
-void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
-    BatchWithFrames batch(*this);
-    if (keysPos.isEmpty()) {
-        // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
-        batch.leaveRaised();
-        return;
-    }
-    // Frames are looked up once, before sorting.
+// Frames are looked up once, before sorting.
+std::vector<Move> inFrameOrder(const EditableMotionCurve::KeyMoves& keyMoves) {
     std::vector<Move> moves;
-    moves.reserve(static_cast<std::size_t>(keysPos.size()));
-    for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
-        moves.push_back({index(entry.key()), entry.key(), entry.value()});
+    moves.reserve(keyMoves.size());
+    for (const auto& [key, target] : keyMoves) {
+        moves.push_back({index(key), key, target});
     }
     if (!std::is_sorted(moves.begin(), moves.end(), keysIndexLessThan)) {
         std::stable_sort(moves.begin(), moves.end(), keysIndexLessThan);
     }
+    return moves;
+}
+
+} // namespace
+
+void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
+    if (keysPos.isEmpty()) {
+        // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
+        Batch(*this).leaveRaised();
+        return;
+    }
+    _moveKeys(KeyMoves(keysPos.constKeyValueBegin(), keysPos.constKeyValueEnd()));
+}
+
+void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
+    BatchWithFrames batch(*this);
+    std::vector<Move> moves = inFrameOrder(keyMoves);
     if (moves.front().from < frameFromPosition(moves.front().target.x())) {
         std::reverse(moves.begin(), moves.end());
     }
     for (const auto& [from, key, target] : moves) {
-        if (!_edits(key)) {
-            continue;
-        }
-        key->setValue(VQ::Math::toFloat(target.y()));
-        if (target.x() != static_cast<double>(index(key))) {
+        if (_edits(key)) {
+            key->setValue(VQ::Math::toFloat(target.y()));
             translateKey(key, frameFromPosition(target.x()));
         }
     }
@@ -135,26 +141,21 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     }
 
     std::vector<EditableMotionCurveKey*> failedKeys;
-    for (Placement& placement : placements) {
-        EditableMotionCurveKey* const key = placement.key;
-        if (!isIndexAvailable(placement.target)) {
+    for (auto& [key, target, detached, isNewcomer] : placements) {
+        if (isNewcomer && findBeside(target) == MotionCurve::end()) {
+            MotionCurve::insert(target, key->_record());
+            key->_announceIndex(target);
+            _adopt(key);
+            Q_EMIT keyAdded(key);
+        } else if (!isNewcomer && attach(detached, target)) {
+            key->_announceIndex(target);
+        } else {
             failedKeys.push_back(key);
-            if (!placement.isNewcomer) {
-                placement.detached.release();
+            if (!isNewcomer) {
+                detached.release();
                 _disconnectKey(key);
                 Q_EMIT keyAboutToBeRemoved(key);
             }
-            continue;
-        }
-        if (placement.isNewcomer) {
-            MotionCurve::insert(placement.target, key->_record());
-        } else {
-            attach(std::move(placement.detached), placement.target);
-        }
-        Q_EMIT key->indexChanged(placement.target);
-        if (placement.isNewcomer) {
-            _adopt(key);
-            Q_EMIT keyAdded(key);
         }
     }
     batch.end();
@@ -168,8 +169,10 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     BatchWithFrames batch(*this);
     KeysIndexMap left;
     for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
-        if (entry.key() != nullptr && getKey(entry.value()) == entry.key()) {
-            left.insert(release(entry.value()), entry.value());
+        EditableMotionCurveKey* const key = entry.key();
+        const auto position = _find(key);
+        if (position != end() && position->first == entry.value() && _release(key) != nullptr) {
+            left.insert(left.cend(), key, entry.value());
         }
     }
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {

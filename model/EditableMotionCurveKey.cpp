@@ -6,8 +6,11 @@
 #include "model/EditableMotionCurve.h"
 #include "model/EditableMotionCurveExceptions.h"
 
+#include <QMetaMethod>
+
 #include <boost/optional.hpp>
 
+#include <array>
 #include <cmath>
 #include <locale>
 #include <memory>
@@ -77,6 +80,21 @@ void writeFlag(Tree& tree, const char* attribute) {
     tree.put(std::string("<xmlattr>.") + attribute, true, FlagTranslator(std::locale::classic()));
 }
 
+// A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
+// neither text comparisons nor a functor object for each connection.
+struct CurveConnections {
+    std::array<int, 3> signalIndices{
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
+    int slotIndex = EditableMotionCurve::staticMetaObject.indexOfSlot("onKeysChanged()");
+
+    static const CurveConnections& get() {
+        static const CurveConnections connections;
+        return connections;
+    }
+};
+
 } // namespace
 
 const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{destroyKey, writeKey, readKey};
@@ -87,6 +105,51 @@ EditableMotionCurveKey::EditableMotionCurveKey(const Key& key)
     : Key(key) {}
 
 EditableMotionCurveKey::~EditableMotionCurveKey() = default;
+
+void EditableMotionCurveKey::_connectTo(EditableMotionCurve* curve) {
+    // A key that one curve made and another took in speaks to both.
+    const bool isHeardByOthers = _isHeardByOthers || (_parentCurve != nullptr && _parentCurve != curve);
+    _parentCurve = curve;
+    for (const int signal : CurveConnections::get().signalIndices) {
+        QMetaObject::connect(this, signal, curve, CurveConnections::get().slotIndex);
+    }
+    _isHeardByOthers = isHeardByOthers;
+}
+
+void EditableMotionCurveKey::_disconnectFrom(const EditableMotionCurve* curve) {
+    _parentCurve = nullptr;
+    for (const int signal : CurveConnections::get().signalIndices) {
+        QMetaObject::disconnect(this, signal, curve, CurveConnections::get().slotIndex);
+    }
+}
+
+void EditableMotionCurveKey::connectNotify(const QMetaMethod& /*signal*/) {
+    _isHeardByOthers = true;
+}
+
+// While a batch runs, the parent curve ignores its keys: a signal that nobody else has ever connected to need
+// not be sent. A drag of thousands of keys is mostly such signals.
+bool EditableMotionCurveKey::_isHeard() const noexcept {
+    return _isHeardByOthers || _parentCurve == nullptr || !_parentCurve->_isInBatch();
+}
+
+void EditableMotionCurveKey::_announceValue() {
+    if (_isHeard()) {
+        Q_EMIT valueChanged(value);
+    }
+}
+
+void EditableMotionCurveKey::_announceTangents() {
+    if (_isHeard()) {
+        Q_EMIT tangentsChanged();
+    }
+}
+
+void EditableMotionCurveKey::_announceIndex(unsigned int frame) {
+    if (_isHeard()) {
+        Q_EMIT indexChanged(frame);
+    }
+}
 
 EditableMotionCurveKey* EditableMotionCurveKey::clone() const {
     auto copy = std::make_unique<EditableMotionCurveKey>(baseMotionCurveKey());
@@ -124,7 +187,7 @@ void EditableMotionCurveKey::setValue(float pValue) {
         return;
     }
     value = pValue;
-    Q_EMIT valueChanged(pValue);
+    _announceValue();
 }
 
 void EditableMotionCurveKey::setLeftTangentType(const InterpolationType& pType) {
@@ -152,7 +215,7 @@ void EditableMotionCurveKey::_setType(InterpolationType& type, InterpolationType
     }
     type = newType;
     _onTangentTypeChanged();
-    Q_EMIT tangentsChanged();
+    _announceTangents();
 }
 
 bool EditableMotionCurveKey::_bothBezier() const noexcept {
@@ -201,7 +264,7 @@ void EditableMotionCurveKey::_setOffset(TangentSide side, const QPair<float, flo
     }
     own = target;
     _onTangentParamChanged(side);
-    Q_EMIT tangentsChanged();
+    _announceTangents();
 }
 
 void EditableMotionCurveKey::_onTangentParamChanged(TangentSide side) {
@@ -248,23 +311,35 @@ void EditableMotionCurveKey::setSymmetrical(bool pSymmetrical) {
     }
 }
 
+bool EditableMotionCurveKey::_hasAutoTangents() const noexcept {
+    return leftTangentType == InterpolationType::bezierAuto ||
+           rightTangentType == InterpolationType::bezierAuto;
+}
+
 bool EditableMotionCurveKey::updateBezierAutoTangents() {
-    const bool leftAuto = leftTangentType == InterpolationType::bezierAuto;
-    const bool rightAuto = rightTangentType == InterpolationType::bezierAuto;
-    if (_parentCurve == nullptr || (!leftAuto && !rightAuto)) {
+    if (_parentCurve == nullptr || !_hasAutoTangents()) {
         return false;
     }
     const EditableMotionCurve& curve = *_parentCurve;
     const EditableMotionCurveKey* const previous = curve.getPreviousKey(this);
     const EditableMotionCurveKey* const next = curve.getNextKey(this);
-    const unsigned int frame = index(this);
+    return _updateBezierAutoTangents({index(previous), previous}, index(this), {index(next), next});
+}
+
+bool EditableMotionCurveKey::_updateBezierAutoTangents(const Placed& previous, unsigned int frame,
+                                                       const Placed& next) {
+    const bool leftAuto = leftTangentType == InterpolationType::bezierAuto;
+    const bool rightAuto = rightTangentType == InterpolationType::bezierAuto;
+    if (!leftAuto && !rightAuto) {
+        return false;
+    }
     const auto distance = [](unsigned int from, unsigned int to) { return static_cast<float>(to - from); };
     // Deliberate: without a previous key the distance is the one to frame 0; see
     // theFirstKeyMeasuresItsLeftHandleFromFrameZero().
-    const float dxPrevious = distance(index(previous), frame);
-    const float dxNext = next != nullptr ? distance(frame, index(next)) : 0.0F;
-    const float dyPrevious = previous != nullptr ? value - previous->value : 0.0F;
-    const float dyNext = next != nullptr ? next->value - value : 0.0F;
+    const float dxPrevious = distance(previous.first, frame);
+    const float dxNext = next.second != nullptr ? distance(frame, next.first) : 0.0F;
+    const float dyPrevious = previous.second != nullptr ? value - previous.second->value : 0.0F;
+    const float dyNext = next.second != nullptr ? next.second->value - value : 0.0F;
     const auto [left, right] = VQ::Math::computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
 
     constexpr float tolerance = 0.0001F;
@@ -278,7 +353,7 @@ bool EditableMotionCurveKey::updateBezierAutoTangents() {
         changed = true;
     }
     if (changed) {
-        Q_EMIT tangentsChanged();
+        _announceTangents();
     }
     return changed;
 }
@@ -328,7 +403,7 @@ bool EditableMotionCurveKey::_restoreHandles(const Key& record) {
                        record.rightTangentOffset)) {
         rightTangentOffset = record.rightTangentOffset;
     }
-    Q_EMIT tangentsChanged();
+    _announceTangents();
     return true;
 }
 
@@ -337,7 +412,7 @@ bool EditableMotionCurveKey::_restoreValue(float pValue) {
         return false;
     }
     value = pValue;
-    Q_EMIT valueChanged(pValue);
+    _announceValue();
     return true;
 }
 

@@ -35,7 +35,7 @@ public:
     EditableMotionCurveKey();
 
     /// A copy of @p key, neither smooth nor symmetrical, in no curve. Nothing is recomputed.
-    EditableMotionCurveKey(const VQ::Math::Interpolation::Key& key); // NOLINT(google-explicit-constructor)
+    EditableMotionCurveKey(const VQ::Math::Interpolation::Key& key);
 
     ~EditableMotionCurveKey() override;
 
@@ -49,8 +49,20 @@ public:
     /// The curve that holds the key, or null.
     EditableMotionCurve* getParentCurve() const noexcept { return _parentCurve; }
 
-    /// Stores the pointer and nothing else. Only the curve calls it, when it takes the key in or lets it go.
-    void _setParentCurve(EditableMotionCurve* curve) noexcept { _parentCurve = curve; }
+    /// Stores the pointer and nothing else. A curve that takes the key in or lets it go uses the next two.
+    void _setParentCurve(EditableMotionCurve* curve) noexcept {
+        _parentCurve = curve;
+        _isHeardByOthers = true; // Who is connected cannot be known here.
+    }
+
+    /// Makes @p curve the parent and connects valueChanged(), tangentsChanged() and indexChanged(), in this
+    /// order, to its onKeysChanged().
+    void _connectTo(EditableMotionCurve* curve);
+    /// Makes the key parentless and takes these connections back.
+    void _disconnectFrom(const EditableMotionCurve* curve);
+
+    /// Emits indexChanged(): the curve has moved the key to @p frame.
+    void _announceIndex(unsigned int frame);
 
     /// In value units.
     float getValue() const noexcept { return value; }
@@ -144,6 +156,17 @@ public Q_SLOTS:
     /// no curve.
     bool updateBezierAutoTangents();
 
+public:
+    /// A key and the frame where it stands; null stands at frame 0.
+    using Placed = std::pair<unsigned int, const EditableMotionCurveKey*>;
+
+    /// The same for a key of which all that is known.
+    bool _updateBezierAutoTangents(const Placed& previous, unsigned int frame, const Placed& next);
+
+protected:
+    /// Notes that somebody listens.
+    void connectNotify(const QMetaMethod& signal) final;
+
 private:
     static EditableMotionCurveKey* _wholeKey(VQ::Math::Interpolation::Key* record) noexcept {
         return static_cast<EditableMotionCurveKey*>(record);
@@ -152,6 +175,10 @@ private:
         return static_cast<const EditableMotionCurveKey*>(record);
     }
 
+    bool _isHeard() const noexcept;
+    void _announceValue();
+    void _announceTangents();
+    bool _hasAutoTangents() const noexcept;
     bool _bothBezier() const noexcept;
     void _setType(VQ::Math::Interpolation::InterpolationType& type,
                   VQ::Math::Interpolation::InterpolationType newType);
@@ -163,6 +190,7 @@ private:
     EditableMotionCurve* _parentCurve = nullptr;
     bool _smooth = false;
     bool _symmetrical = false;
+    bool _isHeardByOthers = false; ///< once by others than the parent curve, always
 };
 
 /// The key's frame in its curve; 0 for null, for a key in no curve and for one that its curve does not hold.

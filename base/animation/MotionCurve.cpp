@@ -3,6 +3,7 @@
 #include "base/animation/KeySerialization.h"
 #include "base/animation/TreeItems.h"
 
+#include <algorithm>
 #include <cassert>
 #include <iterator>
 #include <memory>
@@ -24,6 +25,7 @@ MotionCurve::MotionCurve(const KeyFunctions& functions, const MotionCurve& other
 
 MotionCurve::MotionCurve(const MotionCurve& other)
     : MotionCurve(KeyFunctions::plain, other) {
+    reserve(other.size());
     for (const auto element : other) {
         auto copy = std::make_unique<Key>(*element.second);
         insert(element.first, copy.get());
@@ -45,12 +47,14 @@ MotionCurve::~MotionCurve() {
     MotionCurve::clear();
 }
 
-// Swapping maps keeps iterators valid, so that each index follows its map as it stands.
+// Swapping maps keeps iterators to elements valid, so that each index follows its map as it stands.
 void MotionCurve::_swapContents(MotionCurve& other) noexcept {
     std::swap(_settings, other._settings);
     std::swap(_functions, other._functions);
     _keys.base().swap(other._keys.base());
     _index.swap(other._index);
+    _noteChange(_keys.base().end());
+    other._noteChange(other._keys.base().end());
 }
 
 MotionCurve::iterator MotionCurve::begin() {
@@ -80,13 +84,13 @@ MotionCurve::const_iterator MotionCurve::find(unsigned int frame) const {
 }
 
 MotionCurve::iterator MotionCurve::findKey(const Key* key) {
-    const auto entry = _index.find(key);
-    return entry == _index.end() ? _keys.end() : iterator(entry->second);
+    const Places::iterator* const place = _index.find(key);
+    return place == nullptr ? _keys.end() : iterator(*place);
 }
 
 MotionCurve::const_iterator MotionCurve::findKey(const Key* key) const {
-    const auto entry = _index.find(key);
-    return entry == _index.end() ? _keys.end() : const_iterator(entry->second);
+    const Places::iterator* const place = _index.find(key);
+    return place == nullptr ? _keys.end() : const_iterator(*place);
 }
 
 MotionCurve::const_iterator MotionCurve::findAtOrBefore(unsigned int frame) const {
@@ -94,47 +98,114 @@ MotionCurve::const_iterator MotionCurve::findAtOrBefore(unsigned int frame) cons
     return position == _keys.begin() ? _keys.end() : --position;
 }
 
+// The first place at or behind a frame: at once when it is next to the given place, by search otherwise.
+MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Places::iterator beside) {
+    Places& places = _keys.base();
+    if (beside != places.end() && beside->first < frame) {
+        const auto next = std::next(beside);
+        if (next == places.end() || next->first >= frame) {
+            return next;
+        }
+    } else if (beside == places.begin() || std::prev(beside)->first < frame) {
+        return beside;
+    }
+    return places.lower_bound(frame);
+}
+
+void MotionCurve::_noteChange(Places::iterator lastPlaced) noexcept {
+    _lastPlaced = lastPlaced;
+    ++_revision;
+    assert(lastPlaced == _keys.base().end() || _isIndexed(lastPlaced));
+}
+
+// Of a small curve every key is checked, of a large one the given key: checking all each time would make
+// work on it quadratic.
+bool MotionCurve::_isIndexed(Places::iterator place) const {
+    constexpr std::size_t small = 100;
+    const auto isRight = [this](const Key* key, unsigned int frame) {
+        const Places::iterator* const noted = _index.find(key);
+        return noted != nullptr && (*noted)->first == frame && (*noted)->second == key;
+    };
+    if (size() > small) {
+        return isRight(static_cast<const Key*>(place->second), place->first);
+    }
+    return _index.size() == size() && std::all_of(begin(), end(), [&](const auto& element) {
+               return isRight(element.second, element.first);
+           });
+}
+
 MotionCurve::iterator MotionCurve::insert(unsigned int frame, Key* key) {
     if (key == nullptr) {
         throw std::invalid_argument("a motion curve holds no null keys");
     }
-    const auto [entry, isNew] = _index.try_emplace(key);
-    if (!isNew) {
+    if (_index.find(key) != nullptr) {
         throw std::invalid_argument("the key is already in the motion curve");
     }
+    const auto next = _lowerBound(frame, _lastPlaced);
+    if (next != _keys.base().end() && next->first == frame) {
+        throw std::invalid_argument("frame " + std::to_string(frame) + " already holds a key");
+    }
+    const auto place = _keys.base().emplace_hint(next, frame, key);
     try {
-        const auto [place, isFree] = _keys.base().try_emplace(frame, key);
-        if (!isFree) {
-            throw std::invalid_argument("frame " + std::to_string(frame) + " already holds a key");
-        }
-        entry->second = place;
+        _index.insert(key, place);
     } catch (...) {
-        _index.erase(entry);
+        _keys.base().erase(place);
         throw;
     }
-    return iterator(entry->second);
+    _noteChange(place);
+    return iterator(place);
+}
+
+MotionCurve::iterator MotionCurve::findBeside(unsigned int frame) {
+    const auto place = _lowerBound(frame, _lastPlaced);
+    return place != _keys.base().end() && place->first == frame ? iterator(place) : _keys.end();
 }
 
 MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
+    const auto place = position.base();
+    const auto next = std::next(place);
+    _index.erase(position->second);
     DetachedKey detached;
-    detached._entry = _index.extract(position->second);
-    detached._place = _keys.base().extract(position.base());
+    detached._place = _keys.base().extract(place);
+    _noteChange(next);
     return detached;
 }
 
-MotionCurve::iterator MotionCurve::attach(DetachedKey&& detached, unsigned int frame) {
+bool MotionCurve::attach(DetachedKey& detached, unsigned int frame) {
+    const auto next = _lowerBound(frame, _lastPlaced);
+    if (next != _keys.base().end() && next->first == frame) {
+        return false;
+    }
+    Places::iterator& noted = _index.insert(detached.key(), next);
     detached._place.key() = frame;
-    const auto entry = _index.insert(std::move(detached._entry)).position;
-    const auto placed = _keys.base().insert(std::move(detached._place));
-    assert(placed.inserted);
-    entry->second = placed.position;
-    return iterator(placed.position);
+    noted = _keys.base().insert(next, std::move(detached._place));
+    _noteChange(noted);
+    return true;
+}
+
+bool MotionCurve::relocate(const Key* key, unsigned int frame) {
+    Places::iterator* const noted = _index.find(key);
+    if (noted == nullptr) {
+        return false;
+    }
+    Places& places = _keys.base();
+    auto next = _lowerBound(frame, *noted);
+    if (next != places.end() && next->first == frame) {
+        return false;
+    }
+    if (next == *noted) {
+        ++next;
+    }
+    auto node = places.extract(*noted);
+    node.key() = frame;
+    *noted = places.insert(next, std::move(node));
+    _noteChange(*noted);
+    return true;
 }
 
 MotionCurve::Key* MotionCurve::DetachedKey::release() noexcept {
     Key* const released = key();
     _place = {};
-    _entry = {};
     return released;
 }
 
@@ -149,6 +220,7 @@ void MotionCurve::clear() noexcept {
     KeyMap keys;
     keys.base().swap(_keys.base());
     _index.clear();
+    _noteChange(_keys.base().end());
     for (auto element : keys) {
         _functions->destroy(element.second);
     }

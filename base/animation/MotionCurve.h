@@ -2,6 +2,7 @@
 
 #include "base/Export.h"
 #include "base/animation/KeyFunctions.h"
+#include "base/animation/KeyIndex.h"
 #include "base/animation/RationalSeconds.h"
 #include "base/animation/SerializationInterface.h"
 #include "base/math/Interpolation.h"
@@ -12,9 +13,7 @@
 #include <cstddef>
 #include <functional>
 #include <limits>
-#include <map>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 namespace VQ::Animation {
@@ -28,8 +27,7 @@ class VQ_EXPORT MotionCurve : public SerializationInterface {
     // The map only views its keys: the curve destroys them through its key functions, which know the whole
     // object.
     using KeyMap = boost::ptr_map<unsigned int, Key, std::less<>, boost::view_clone_allocator>;
-    using Places = std::map<unsigned int, void*, std::less<>>;
-    using Index = std::unordered_map<const Key*, Places::iterator>;
+    using Places = KeyIndex::Places;
 
 public:
     /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
@@ -64,7 +62,8 @@ public:
     const_iterator findAtOrBefore(unsigned int frame) const;
 
     /// Stores @p key at the free @p frame and takes ownership. Throws std::invalid_argument when the key is
-    /// null, is held already or the frame is taken; the key then still belongs to the caller. O(log n).
+    /// null, is held already or the frame is taken; the key then still belongs to the caller. O(log n),
+    /// beside the key that was placed last O(1).
     iterator insert(unsigned int frame, Key* key);
 
     /// Removes the element and destroys its key; returns the element behind it. O(1).
@@ -99,18 +98,17 @@ public:
     void setMaxAbsoluteDerivative(float maximum) { _settings.maxAbsoluteDerivative = maximum; }
 
 protected:
-    /// A key taken out of the map together with its nodes, so that putting it back cannot fail for want of
-    /// memory. While it is out, it belongs to whoever holds this handle.
+    /// A key taken out of the map together with its node, so that putting it back copies nothing. While it is
+    /// out, it belongs to whoever holds this handle.
     class DetachedKey {
     public:
         Key* key() const noexcept { return static_cast<Key*>(_place.mapped()); }
-        /// Gives up the nodes; the key stays with the caller.
+        /// Gives up the node; the key stays with the caller.
         Key* release() noexcept;
 
     private:
         friend class MotionCurve;
         Places::node_type _place;
-        Index::node_type _entry;
     };
 
     /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p
@@ -118,10 +116,24 @@ protected:
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
 
+    /// Makes room for @p count keys in all.
+    void reserve(std::size_t count) { _index.reserve(count); }
+
+    /// The key at @p frame, or end(). O(log n), beside the key that was placed last O(1).
+    iterator findBeside(unsigned int frame);
+
     /// Takes the element out of the map without destroying its key. O(1).
     DetachedKey detach(iterator position) noexcept;
-    /// Puts a detached key at @p frame, which must be free. O(log n).
-    iterator attach(DetachedKey&& detached, unsigned int frame);
+    /// Puts a detached key at @p frame and returns true; false, with the key still in its handle, when the
+    /// frame is taken. O(log n), beside the key that was placed last O(1).
+    bool attach(DetachedKey& detached, unsigned int frame);
+    /// Moves a key to another frame and returns true; false, with nothing done, when this curve does not hold
+    /// the key or the frame is taken. Never reads the key. O(log n), past no other key O(1).
+    bool relocate(const Key* key, unsigned int frame);
+
+    /// Another number after each change of what stands where: positions that were at hand are to be looked up
+    /// again.
+    std::size_t revision() const noexcept { return _revision; }
 
 private:
     struct Settings {
@@ -131,13 +143,18 @@ private:
         float maxAbsoluteDerivative = std::numeric_limits<float>::infinity();
     };
 
+    Places::iterator _lowerBound(unsigned int frame, Places::iterator beside);
+    void _noteChange(Places::iterator lastPlaced) noexcept;
+    bool _isIndexed(Places::iterator place) const;
     void _swapContents(MotionCurve& other) noexcept;
     void _read(const boost::property_tree::ptree& tree);
 
     Settings _settings;
     const KeyFunctions* _functions;
     KeyMap _keys;
-    Index _index;
+    KeyIndex _index;
+    Places::iterator _lastPlaced = _keys.base().end(); ///< the next key often goes beside it
+    std::size_t _revision = 0;
 };
 
 } // namespace VQ::Animation

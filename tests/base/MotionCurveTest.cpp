@@ -107,12 +107,60 @@ private slots:
                 while (model.count(frame) != 0) {
                     ++frame;
                 }
-                const auto position = curve.attach(std::move(detached), frame);
+                RC_ASSERT(curve.attach(detached, frame));
                 model.emplace(frame, key);
-                RC_ASSERT(position->second == key && agrees(curve, model));
+                RC_ASSERT(agrees(curve, model));
             }
         }));
         QVERIFY(Watched::everyKeyDiedOnce());
+    }
+
+    void aDetachedKeyStaysInItsHandleWhereTheFrameIsTaken() {
+        Watched::Curve curve;
+        curve.add(3);
+        curve.add(5);
+        auto detached = curve.detach(curve.find(3));
+        Key* const key = detached.key();
+        QVERIFY(!curve.attach(detached, 5));
+        QCOMPARE(detached.key(), key);
+        QCOMPARE(curve.size(), std::size_t{1});
+        QVERIFY(curve.findKey(key) == curve.end());
+        QVERIFY(curve.attach(detached, 4));
+        QVERIFY(curve.findKey(key) == curve.find(4));
+    }
+
+    void lookupsAgreeWithAWalkWhileKeysMove() {
+        QVERIFY(rc::check([] {
+            Watched::Curve curve;
+            for (unsigned int frame = 0; frame < 8; ++frame) {
+                curve.add(frame * 3);
+            }
+            Model model = modelOf(curve);
+            for (int count = 0; count < 40; ++count) {
+                const auto from = std::next(model.begin(), *rc::gen::inRange(0, 8));
+                const auto [standing, key] = *from;
+                const unsigned int frame = *rc::gen::inRange(0U, 30U);
+                const std::size_t before = curve.revision();
+                const bool isFree = model.count(frame) == 0;
+                RC_ASSERT(curve.relocate(key, frame) == isFree);
+                RC_ASSERT((curve.revision() != before) == isFree);
+                if (isFree) {
+                    model.erase(standing);
+                    model.emplace(frame, key);
+                }
+                RC_ASSERT(agrees(curve, model));
+            }
+        }));
+        QVERIFY(Watched::everyKeyDiedOnce());
+    }
+
+    void aKeyOfNobodyDoesNotMove() {
+        Watched::Curve curve;
+        curve.add(3);
+        const WatchedKey stranger;
+        QVERIFY(!curve.relocate(&stranger, 7));
+        QVERIFY(!curve.relocate(nullptr, 7));
+        QVERIFY(curve.find(7) == curve.end());
     }
 
     void aReleasedKeyBelongsToItsHolder() {

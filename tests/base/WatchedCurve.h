@@ -54,6 +54,9 @@ public:
     using MotionCurve::attach;
     using MotionCurve::detach;
     using MotionCurve::DetachedKey;
+    using MotionCurve::findBeside;
+    using MotionCurve::relocate;
+    using MotionCurve::revision;
 
     /// A curve whose factory refuses after @p allowed keys.
     explicit Curve(std::size_t allowed = 1000000)
