@@ -1,12 +1,44 @@
 #include "commands/MoveCurveKeysCommand.h"
 
-#include "model/FrameConversion.h"
+#include "base/math/FloatBits.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
 
 namespace ZT::AnimCmd {
+
+using KeyMoves = EditableMotionCurve::KeyMoves;
+
+namespace {
+
+bool isSameKey(const KeyMoves::value_type& a, const KeyMoves::value_type& b) noexcept {
+    return a.first == b.first;
+}
+
+template <class CurvesTargets>
+std::vector<EditableMotionCurveKey*> allKeys(const CurvesTargets& curvesTargets) {
+    std::vector<EditableMotionCurveKey*> keys;
+    for (const auto& [curve, targets] : curvesTargets) {
+        for (const auto& [key, target] : targets) {
+            keys.push_back(key);
+        }
+    }
+    std::sort(keys.begin(), keys.end());
+    return keys;
+}
+
+// Keys that changed curves between two steps still are the same keys.
+template <class CurvesTargets>
+bool movesSameKeys(const CurvesTargets& a, const CurvesTargets& b) {
+    const auto isSame = [](const auto& ofA, const auto& ofB) {
+        return ofA.first == ofB.first && std::equal(ofA.second.begin(), ofA.second.end(), ofB.second.begin(),
+                                                    ofB.second.end(), isSameKey);
+    };
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), isSame) || allKeys(a) == allKeys(b);
+}
+
+} // namespace
 
 MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool finalCommand)
     : _mergeState(finalCommand) {
@@ -15,45 +47,64 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
     const char* const context = "ZT::AnimCmd::MoveCurveKeysCommand";
     setText(positions.isEmpty() ? QCoreApplication::translate(context, "Move %1 keys").arg(positions.size())
                                 : QCoreApplication::translate(context, "Move one key"));
-    for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry) {
+    // Keys of one curve mostly come one after the other: its lists are looked up when the curve changes.
+    EditableMotionCurve* last = nullptr;
+    KeyMoves* targets = nullptr;
+    Origins* origins = nullptr;
+    auto left = static_cast<std::size_t>(positions.size());
+    for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry, --left) {
         EditableMotionCurveKey* const key = entry.key();
         EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
         if (curve == nullptr) {
             continue;
         }
-        _newPositions[curve].insert(key, entry.value());
-        _oldPositions[curve].insert(
-            key, QPointF(static_cast<double>(index(key)), static_cast<double>(key->getValue())));
-        _oldRecords[curve].emplace_back(key, key->baseMotionCurveKey());
-        _movedKeys.insert(key);
+        if (curve != last) {
+            last = curve;
+            targets = &_targets[curve];
+            origins = &_origins[curve];
+            if (targets->empty()) {
+                targets->reserve(std::min(left, curve->size()));
+                origins->reserve(std::min(left, curve->size()));
+            }
+        }
+        targets->emplace_back(key, entry.value());
+        origins->push_back({key, index(key), key->getValue()});
     }
 }
 
 MoveCurveKeysCommand::~MoveCurveKeysCommand() = default;
 
 void MoveCurveKeysCommand::redo() {
-    for (auto entry = _newPositions.cbegin(); entry != _newPositions.cend(); ++entry) {
-        entry.key()->moveKeys(entry.value());
+    for (const auto& [curve, targets] : _targets) {
+        curve->_moveKeys(targets);
     }
 }
 
 void MoveCurveKeysCommand::undo() {
-    for (auto entry = _oldPositions.cbegin(); entry != _oldPositions.cend(); ++entry) {
-        entry.key()->moveKeys(entry.value());
-        _finishReturn(*entry.key(), entry.value());
-        entry.key()->_restoreValues(_oldRecords.value(entry.key()));
+    for (const auto& [curve, origins] : _origins) {
+        _moveBack(*curve, origins);
+        _finishReturn(*curve, origins);
+        _restoreValues(*curve, origins);
     }
+}
+
+void MoveCurveKeysCommand::_moveBack(EditableMotionCurve& curve, const Origins& origins) {
+    KeyMoves moves;
+    moves.reserve(origins.size());
+    for (const auto& [key, frame, value] : origins) {
+        moves.emplace_back(key, QPointF(static_cast<double>(frame), static_cast<double>(value)));
+    }
+    curve._moveKeys(moves);
 }
 
 // Keys that went separate ways may stand in each other's way back: moving one key at a time then leaves some
 // behind. Those go home together. A home that a key of nobody's concern took meanwhile is left to it: no key
 // is pushed out.
-void MoveCurveKeysCommand::_finishReturn(EditableMotionCurve& curve, const KeyPosMap& oldPositions) {
+void MoveCurveKeysCommand::_finishReturn(EditableMotionCurve& curve, const Origins& origins) {
     EditableMotionCurve::KeysIndexMap astray;
-    for (auto entry = oldPositions.cbegin(); entry != oldPositions.cend(); ++entry) {
-        const unsigned int home = frameFromPosition(entry->x());
-        if (entry.key()->getParentCurve() == &curve && index(entry.key()) != home) {
-            astray.insert(entry.key(), home);
+    for (const auto& [key, home, value] : origins) {
+        if (key->getParentCurve() == &curve && index(key) != home) {
+            astray.insert(key, home);
         }
     }
     const auto isHomeFree = [&](unsigned int home) {
@@ -65,6 +116,16 @@ void MoveCurveKeysCommand::_finishReturn(EditableMotionCurve& curve, const KeyPo
     }
 }
 
+void MoveCurveKeysCommand::_restoreValues(EditableMotionCurve& curve, const Origins& origins) {
+    EditableMotionCurve::KeyValues dropped;
+    for (const auto& [key, frame, value] : origins) {
+        if (VQ::Math::floatBits(key->getValue()) != VQ::Math::floatBits(value)) {
+            dropped.emplace_back(key, value);
+        }
+    }
+    curve._restoreValues(dropped);
+}
+
 int MoveCurveKeysCommand::id() const {
     return 1;
 }
@@ -72,10 +133,10 @@ int MoveCurveKeysCommand::id() const {
 bool MoveCurveKeysCommand::mergeWith(const QUndoCommand* other) {
     const bool isOpen = _mergeState.beginMerge();
     const auto* const next = dynamic_cast<const MoveCurveKeysCommand*>(other);
-    if (!isOpen || next == nullptr || next->id() != id() || next->_movedKeys != _movedKeys) {
+    if (!isOpen || next == nullptr || next->id() != id() || !movesSameKeys(_targets, next->_targets)) {
         return false;
     }
-    _newPositions = next->_newPositions;
+    _targets = next->_targets;
     _mergeState.accept(next->_mergeState);
     return true;
 }

@@ -5,9 +5,11 @@
 #include "commands/MergeableCommand.h"
 #include "model/EditableMotionCurve.h"
 
-#include <QMap>
-#include <QSet>
 #include <QUndoCommand>
+
+#include <functional>
+#include <map>
+#include <vector>
 
 namespace ZT::AnimCmd {
 
@@ -33,13 +35,23 @@ public:
     bool isFinalCommand() const override;
 
 private:
-    static void _finishReturn(EditableMotionCurve& curve, const KeyPosMap& oldPositions);
+    /// Where a key stood, and its value.
+    struct Origin {
+        ZT::EditableMotionCurveKey* key;
+        unsigned int frame;
+        float value;
+    };
+    using Origins = std::vector<Origin>;
+    // One entry for each curve; keys in ascending address order.
+    using CurvesTargets = std::map<ZT::EditableMotionCurve*, EditableMotionCurve::KeyMoves, std::less<>>;
+    using CurvesOrigins = std::map<ZT::EditableMotionCurve*, Origins, std::less<>>;
 
-    QSet<ZT::EditableMotionCurveKey*> _movedKeys;
-    QMap<ZT::EditableMotionCurve*, KeyPosMap> _newPositions;
-    QMap<ZT::EditableMotionCurve*, KeyPosMap> _oldPositions;
-    QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords>
-        _oldRecords; ///< for bits that a setter drops
+    static void _moveBack(EditableMotionCurve& curve, const Origins& origins);
+    static void _finishReturn(EditableMotionCurve& curve, const Origins& origins);
+    static void _restoreValues(EditableMotionCurve& curve, const Origins& origins);
+
+    CurvesTargets _targets; ///< what redo() gives
+    CurvesOrigins _origins; ///< what undo() gives
     MergeState _mergeState;
 };
 

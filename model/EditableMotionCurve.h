@@ -73,6 +73,8 @@ public:
     using RationalSeconds = VQ::Animation::RationalSeconds;
     /// Keys with the records that they had at some time.
     using KeyRecords = std::vector<std::pair<ZT::EditableMotionCurveKey*, VQ::Math::Interpolation::Key>>;
+    /// Keys with values that they had at some time.
+    using KeyValues = std::vector<std::pair<ZT::EditableMotionCurveKey*, float>>;
 
     /// An empty curve.
     EditableMotionCurve();
@@ -166,7 +168,7 @@ public:
     void _restoreHandles(const KeyRecords& records);
 
     /// The same for values, see the key's _restoreValue().
-    void _restoreValues(const KeyRecords& records);
+    void _restoreValues(const KeyValues& values);
 
     /// A new key with default values, connected to this curve but not in it; belongs to the caller.
     VQ::Math::Interpolation::Key* createCurveKey() const override;
@@ -303,8 +305,8 @@ private:
     ZT::EditableMotionCurveKey* _release(ZT::EditableMotionCurveKey* key);
     void _erase(EditableMotionCurveKey* key);
     bool _edits(const EditableMotionCurveKey* key) const noexcept;
-    template <class Restore>
-    void _restoreEach(const KeyRecords& records, Restore restore);
+    template <class Saved, class Restore>
+    void _restoreEach(const Saved& saved, Restore restore);
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

@@ -278,12 +278,12 @@ void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType,
     batch.end();
 }
 
-template <class Restore>
-void EditableMotionCurve::_restoreEach(const KeyRecords& records, Restore restore) {
+template <class Saved, class Restore>
+void EditableMotionCurve::_restoreEach(const Saved& saved, Restore restore) {
     bool isRestored = false;
     Batch batch(*this);
-    for (const auto& [key, record] : records) {
-        isRestored = (_edits(key) && restore(*key, record)) || isRestored;
+    for (const auto& [key, state] : saved) {
+        isRestored = (_edits(key) && restore(*key, state)) || isRestored;
     }
     if (isRestored) {
         batch.end();
@@ -295,10 +295,8 @@ void EditableMotionCurve::_restoreHandles(const KeyRecords& records) {
                  [](EditableMotionCurveKey& key, const auto& record) { return key._restoreHandles(record); });
 }
 
-void EditableMotionCurve::_restoreValues(const KeyRecords& records) {
-    _restoreEach(records, [](EditableMotionCurveKey& key, const auto& record) {
-        return key._restoreValue(record.value);
-    });
+void EditableMotionCurve::_restoreValues(const KeyValues& values) {
+    _restoreEach(values, [](EditableMotionCurveKey& key, float value) { return key._restoreValue(value); });
 }
 
 void EditableMotionCurve::setTimeUnit(const RationalSeconds& /*pTimeUnit*/) {}
