@@ -28,7 +28,9 @@ EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve
         MotionCurve::insert(element.first, key->_record());
         _connectKey(key.release()); // The curve owns it now.
     }
+    ++_batchDepth; // Nobody can listen yet.
     updateBezierAutoTangents();
+    --_batchDepth;
 }
 
 EditableMotionCurve::~EditableMotionCurve() = default;
@@ -40,19 +42,6 @@ VQ::Animation::MotionCurve EditableMotionCurve::baseMotionCurve() const {
 QPair<float, float> EditableMotionCurve::getValueLimits() const {
     const auto limits = MotionCurve::getValueLimits();
     return {limits.first, limits.second};
-}
-
-EditableMotionCurve::iterator EditableMotionCurve::begin() {
-    return _toEditableIterator(MotionCurve::begin());
-}
-EditableMotionCurve::iterator EditableMotionCurve::end() {
-    return _toEditableIterator(MotionCurve::end());
-}
-EditableMotionCurve::const_iterator EditableMotionCurve::begin() const {
-    return _toEditableIterator(MotionCurve::begin());
-}
-EditableMotionCurve::const_iterator EditableMotionCurve::end() const {
-    return _toEditableIterator(MotionCurve::end());
 }
 
 EditableMotionCurve::iterator EditableMotionCurve::find(unsigned int index) {
@@ -117,22 +106,6 @@ EditableMotionCurveKey* EditableMotionCurve::getNextKey(const EditableMotionCurv
 
 float EditableMotionCurve::valueAt(double frame) const {
     return VQ::Animation::evaluate(*this, frame);
-}
-
-EditableMotionCurve::iterator EditableMotionCurve::_find(const EditableMotionCurveKey* key) {
-    return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
-}
-EditableMotionCurve::const_iterator EditableMotionCurve::_find(const EditableMotionCurveKey* key) const {
-    return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
-}
-
-EditableMotionCurve::iterator
-EditableMotionCurve::_toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
-    return iterator(position, ToEditable());
-}
-EditableMotionCurve::const_iterator
-EditableMotionCurve::_toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const {
-    return const_iterator(position, ToEditable());
 }
 
 // A key that createCurveKey() made is connected before it is in the curve; twice would count its signals

@@ -102,10 +102,10 @@ public:
     using VQ::Animation::MotionCurve::getMaxAbsoluteDerivative;
     using VQ::Animation::MotionCurve::getTimeUnit;
 
-    iterator begin();
-    iterator end();
-    const_iterator begin() const;
-    const_iterator end() const;
+    iterator begin() { return _toEditableIterator(MotionCurve::begin()); }
+    iterator end() { return _toEditableIterator(MotionCurve::end()); }
+    const_iterator begin() const { return _toEditableIterator(MotionCurve::begin()); }
+    const_iterator end() const { return _toEditableIterator(MotionCurve::end()); }
     using VQ::Animation::MotionCurve::empty;
     using VQ::Animation::MotionCurve::size;
 
@@ -144,11 +144,19 @@ public:
     float valueAt(double frame) const;
 
     /// The given key, or end(); never throws and never reads the key. O(1).
-    iterator _find(const ZT::EditableMotionCurveKey* key);
-    const_iterator _find(const ZT::EditableMotionCurveKey* key) const;
+    iterator _find(const ZT::EditableMotionCurveKey* key) {
+        return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+    }
+    const_iterator _find(const ZT::EditableMotionCurveKey* key) const {
+        return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+    }
 
-    iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position);
-    const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const;
+    iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
+        return iterator(position, ToEditable());
+    }
+    const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const {
+        return const_iterator(position, ToEditable());
+    }
 
     /// Whether a batch runs, or one was left raised: the curve ignores its keys' signals then.
     bool _isInBatch() const noexcept { return _batchDepth != 0; }
@@ -300,13 +308,17 @@ private:
     class Batch;
     class BatchWithFrames;
     struct Placement;
+    struct Move;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
     ZT::EditableMotionCurveKey* _release(ZT::EditableMotionCurveKey* key);
     void _erase(EditableMotionCurveKey* key);
-    bool _edits(const EditableMotionCurveKey* key) const noexcept;
+    bool _edits(const EditableMotionCurveKey* key) const noexcept {
+        return key != nullptr && key->getParentCurve() == this;
+    }
     template <class Saved, class Restore>
     void _restoreEach(const Saved& saved, Restore restore);
+    void _moveInOrder(std::vector<Move>&& moves);
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

@@ -61,49 +61,51 @@ private:
     Batch _batch;
 };
 
-bool EditableMotionCurve::_edits(const EditableMotionCurveKey* key) const noexcept {
-    return key != nullptr && key->getParentCurve() == this;
-}
-
 namespace {
 
-struct Move {
-    unsigned int from;
+// Keys that lie in memory in the order of their frames come sorted.
+template <class Moves>
+void sortByFrame(Moves& moves) {
+    const auto isBefore = [](const auto& a, const auto& b) { return a.from < b.from; };
+    if (!std::is_sorted(moves.begin(), moves.end(), isBefore)) {
+        std::stable_sort(moves.begin(), moves.end(), isBefore);
+    }
+}
+
+} // namespace
+
+struct EditableMotionCurve::Move {
+    Index from;
     EditableMotionCurveKey* key;
     QPointF target;
 };
 
-bool keysIndexLessThan(const Move& a, const Move& b) noexcept {
-    return a.from < b.from;
+void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
+    std::vector<Move> moves;
+    moves.reserve(static_cast<std::size_t>(keysPos.size()));
+    for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
+        moves.push_back({index(entry.key()), entry.key(), entry.value()});
+    }
+    _moveInOrder(std::move(moves));
 }
 
-// Frames are looked up once, before sorting.
-std::vector<Move> inFrameOrder(const EditableMotionCurve::KeyMoves& keyMoves) {
+void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
     std::vector<Move> moves;
     moves.reserve(keyMoves.size());
     for (const auto& [key, target] : keyMoves) {
         moves.push_back({index(key), key, target});
     }
-    if (!std::is_sorted(moves.begin(), moves.end(), keysIndexLessThan)) {
-        std::stable_sort(moves.begin(), moves.end(), keysIndexLessThan);
-    }
-    return moves;
+    _moveInOrder(std::move(moves));
 }
 
-} // namespace
-
-void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
-    if (keysPos.isEmpty()) {
+void EditableMotionCurve::_moveInOrder(std::vector<Move>&& moves) {
+    BatchWithFrames batch(*this);
+    if (moves.empty()) {
         // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
-        Batch(*this).leaveRaised();
+        batch.leaveRaised();
         return;
     }
-    _moveKeys(KeyMoves(keysPos.constKeyValueBegin(), keysPos.constKeyValueEnd()));
-}
-
-void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
-    BatchWithFrames batch(*this);
-    std::vector<Move> moves = inFrameOrder(keyMoves);
+    sortByFrame(moves);
     if (moves.front().from < frameFromPosition(moves.front().target.x())) {
         std::reverse(moves.begin(), moves.end());
     }
@@ -167,12 +169,13 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
 EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
                                                                             const KeysIndexMap& toInsert) {
     BatchWithFrames batch(*this);
-    KeysIndexMap left;
+    // As a rule every key to release leaves: the answer then shares the caller's map.
+    KeysIndexMap left = toRelease;
     for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
         const auto position = _find(key);
-        if (position != end() && position->first == entry.value() && _release(key) != nullptr) {
-            left.insert(left.cend(), key, entry.value());
+        if (position == end() || position->first != entry.value() || _release(key) == nullptr) {
+            left.remove(key);
         }
     }
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {

@@ -56,6 +56,12 @@ auto* wholeKey(Record* record) {
     return EditableMotionCurveKey::_toEditable(std::make_pair(0U, record)).second;
 }
 
+// Most handles are exactly right already.
+bool isClose(const Position2D& handle, const Position2D& computed) noexcept {
+    constexpr float tolerance = 0.0001F;
+    return handle == computed || handle.isNear(computed, tolerance);
+}
+
 void destroyKey(Key* key) noexcept {
     delete wholeKey(key);
 }
@@ -342,20 +348,15 @@ bool EditableMotionCurveKey::_updateBezierAutoTangents(const Placed& previous, u
     const float dyNext = next.second != nullptr ? next.second->value - value : 0.0F;
     const auto [left, right] = VQ::Math::computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
 
-    constexpr float tolerance = 0.0001F;
-    bool changed = false;
-    if (leftAuto && !leftTangentOffset.isNear(left, tolerance)) {
-        leftTangentOffset = left;
-        changed = true;
+    const bool leftMoves = leftAuto && !isClose(leftTangentOffset, left);
+    const bool rightMoves = rightAuto && !isClose(rightTangentOffset, right);
+    if (!leftMoves && !rightMoves) {
+        return false;
     }
-    if (rightAuto && !rightTangentOffset.isNear(right, tolerance)) {
-        rightTangentOffset = right;
-        changed = true;
-    }
-    if (changed) {
-        _announceTangents();
-    }
-    return changed;
+    leftTangentOffset = leftMoves ? left : leftTangentOffset;
+    rightTangentOffset = rightMoves ? right : rightTangentOffset;
+    _announceTangents();
+    return true;
 }
 
 Tree EditableMotionCurveKey::serialize() const {

@@ -1,7 +1,6 @@
 #include "base/animation/KeyIndex.h"
 
 #include <cassert>
-#include <cstdint>
 #include <utility>
 
 namespace VQ::Animation {
@@ -12,35 +11,6 @@ constexpr unsigned int hashBits = 64;
 constexpr unsigned int fewestSlotsBits = 3;
 
 } // namespace
-
-// Multiplying by 2^64 over the golden ratio spreads addresses, which have much in common, over the upper
-// bits.
-std::size_t KeyIndex::_home(const Key* key) const noexcept {
-    const auto address = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(key));
-    return static_cast<std::size_t>((address * 0x9E3779B97F4A7C15U) >> _shift);
-}
-
-// The slot that holds the key or, if none does, the free one where it would go.
-std::size_t KeyIndex::_slotOf(const Key* key) const noexcept {
-    const std::size_t mask = _slots.size() - 1;
-    std::size_t slot = _home(key);
-    while (_slots[slot].key != key && _slots[slot].key != nullptr) {
-        slot = (slot + 1) & mask;
-    }
-    return slot;
-}
-
-const KeyIndex::Places::iterator* KeyIndex::find(const Key* key) const noexcept {
-    if (_slots.empty() || key == nullptr) {
-        return nullptr;
-    }
-    const Slot& slot = _slots[_slotOf(key)];
-    return slot.key == nullptr ? nullptr : &slot.place;
-}
-
-KeyIndex::Places::iterator* KeyIndex::find(const Key* key) noexcept {
-    return const_cast<Places::iterator*>(std::as_const(*this).find(key));
-}
 
 // At most three quarters of the slots are taken, so that a search soon meets its key or a free slot.
 void KeyIndex::reserve(std::size_t count) {

@@ -57,40 +57,11 @@ void MotionCurve::_swapContents(MotionCurve& other) noexcept {
     other._noteChange(other._keys.base().end());
 }
 
-MotionCurve::iterator MotionCurve::begin() {
-    return _keys.begin();
-}
-MotionCurve::iterator MotionCurve::end() {
-    return _keys.end();
-}
-MotionCurve::const_iterator MotionCurve::begin() const {
-    return _keys.begin();
-}
-MotionCurve::const_iterator MotionCurve::end() const {
-    return _keys.end();
-}
-std::size_t MotionCurve::size() const noexcept {
-    return _keys.size();
-}
-bool MotionCurve::empty() const noexcept {
-    return _keys.empty();
-}
-
 MotionCurve::iterator MotionCurve::find(unsigned int frame) {
     return _keys.find(frame);
 }
 MotionCurve::const_iterator MotionCurve::find(unsigned int frame) const {
     return _keys.find(frame);
-}
-
-MotionCurve::iterator MotionCurve::findKey(const Key* key) {
-    const Places::iterator* const place = _index.find(key);
-    return place == nullptr ? _keys.end() : iterator(*place);
-}
-
-MotionCurve::const_iterator MotionCurve::findKey(const Key* key) const {
-    const Places::iterator* const place = _index.find(key);
-    return place == nullptr ? _keys.end() : const_iterator(*place);
 }
 
 MotionCurve::const_iterator MotionCurve::findAtOrBefore(unsigned int frame) const {

@@ -43,20 +43,26 @@ public:
     MotionCurve& operator=(MotionCurve other) noexcept;
     virtual ~MotionCurve();
 
-    iterator begin();
-    iterator end();
-    const_iterator begin() const;
-    const_iterator end() const;
-    std::size_t size() const noexcept;
-    bool empty() const noexcept;
+    iterator begin() { return _keys.begin(); }
+    iterator end() { return _keys.end(); }
+    const_iterator begin() const { return _keys.begin(); }
+    const_iterator end() const { return _keys.end(); }
+    std::size_t size() const noexcept { return _keys.size(); }
+    bool empty() const noexcept { return _keys.empty(); }
 
     /// The key at @p frame, or end(). O(log n).
     iterator find(unsigned int frame);
     const_iterator find(unsigned int frame) const;
 
     /// The given key, or end() when this curve does not hold it; never reads the key. O(1).
-    iterator findKey(const Key* key);
-    const_iterator findKey(const Key* key) const;
+    iterator findKey(const Key* key) {
+        const Places::iterator* const place = _index.find(key);
+        return place == nullptr ? _keys.end() : iterator(*place);
+    }
+    const_iterator findKey(const Key* key) const {
+        const Places::iterator* const place = _index.find(key);
+        return place == nullptr ? _keys.end() : const_iterator(*place);
+    }
 
     /// The last key at or before @p frame, or end(). O(log n).
     const_iterator findAtOrBefore(unsigned int frame) const;
