@@ -22,7 +22,6 @@ EditableMotionCurve::EditableMotionCurve()
 
 EditableMotionCurve::EditableMotionCurve(const VQ::Animation::MotionCurve& curve)
     : MotionCurve(EditableMotionCurveKey::_keyFunctions, curve) {
-    reserve(curve.size());
     for (const auto element : curve) {
         auto key = std::make_unique<EditableMotionCurveKey>(*element.second);
         MotionCurve::insert(element.first, key->_record());
@@ -81,11 +80,10 @@ std::set<unsigned int> EditableMotionCurve::getIndexList() const {
 }
 
 unsigned int EditableMotionCurve::getIndexOf(const EditableMotionCurveKey* key) const {
-    const auto position = _find(key);
-    if (position == end()) {
+    if (!_holds(key)) {
         throw EditableMotionCurveKeyNotFound();
     }
-    return position->first;
+    return key->_placement().position->first;
 }
 
 const EditableMotionCurveKey* EditableMotionCurve::getPreviousKey(const EditableMotionCurveKey* key) const {
@@ -178,15 +176,14 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         return end();
     }
     const unsigned int previousGreater = getGreaterIndex();
-    if (const auto occupied = findBeside(pIndex); occupied != MotionCurve::end()) {
-        const auto [frame, occupant] = *_toEditableIterator(occupied);
-        if (occupant == pKey) {
-            return _toEditableIterator(occupied);
+    const auto occupied = _toEditableIterator(findBeside(pIndex));
+    if (occupied != end()) {
+        if (occupied->second == pKey) {
+            return occupied;
         }
-        Q_EMIT keyAboutToBeRemoved(occupant);
-        _erase(occupant);
+        _remove(occupied);
     }
-    if (_find(pKey) != end()) {
+    if (_holds(pKey)) {
         // Deliberate: the only check of the greatest frame is the one inside, measured after the occupant is
         // gone; see insertingAHeldKeyComparesTheGreatestFrameAfterTheOccupantIsGone().
         translateKey(pKey, pIndex);
@@ -201,9 +198,16 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
 }
 
 bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {
+    const auto position = _find(pKey);
+    if (position == end()) {
+        return false;
+    }
+    if (position->first == pIndexFinal) {
+        return true;
+    }
     const unsigned int previousGreater = getGreaterIndex();
-    if (pKey == nullptr || !relocate(pKey->_record(), pIndexFinal)) {
-        return pKey != nullptr && getKey(pIndexFinal) == pKey;
+    if (!relocate(position.base(), pIndexFinal)) {
+        return false;
     }
     pKey->_announceIndex(pIndexFinal);
     _checkGreaterIndexChanged(previousGreater);
@@ -212,15 +216,15 @@ bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pInde
 
 EditableMotionCurveKey* EditableMotionCurve::release(Index pIndex) {
     const auto position = findBeside(pIndex);
-    return position == MotionCurve::end() ? nullptr : _release(_toEditableIterator(position)->second);
+    return position == MotionCurve::end() ? nullptr : _release(_toEditableIterator(position));
 }
 
-EditableMotionCurveKey* EditableMotionCurve::_release(EditableMotionCurveKey* key) {
+EditableMotionCurveKey* EditableMotionCurve::_release(iterator position) {
     const unsigned int previousGreater = getGreaterIndex();
-    Q_EMIT keyAboutToBeRemoved(key);
-    const auto position = _find(key);
+    const auto [frame, key] = *position;
+    position = _announceLeaving(position);
     if (position == end()) {
-        return nullptr; // A slot took it out.
+        return nullptr;
     }
     detach(position.base()).release();
     _disconnectKey(key);
@@ -228,10 +232,21 @@ EditableMotionCurveKey* EditableMotionCurve::_release(EditableMotionCurveKey* ke
     return key;
 }
 
-void EditableMotionCurve::_erase(EditableMotionCurveKey* key) {
-    // Looked up afresh: a slot may have taken the key out meanwhile.
-    if (const auto position = _find(key); position != end()) {
-        MotionCurve::erase(position.base());
+// A slot may move the key or destroy it: only where it still stands at its frame is it touched again.
+EditableMotionCurve::iterator EditableMotionCurve::_announceLeaving(iterator position) {
+    const auto [frame, key] = *position;
+    const std::size_t before = revision();
+    Q_EMIT keyAboutToBeRemoved(key);
+    if (revision() == before) {
+        return position;
+    }
+    const auto standing = find(frame);
+    return standing != end() && standing->second == key ? standing : end();
+}
+
+void EditableMotionCurve::_remove(iterator position) {
+    if (const auto standing = _announceLeaving(position); standing != end()) {
+        MotionCurve::erase(standing.base());
     }
 }
 
@@ -240,9 +255,7 @@ void EditableMotionCurve::remove(iterator pPosition) {
         return;
     }
     const unsigned int previousGreater = getGreaterIndex();
-    EditableMotionCurveKey* const key = pPosition->second;
-    Q_EMIT keyAboutToBeRemoved(key);
-    _erase(key);
+    _remove(pPosition);
     _checkGreaterIndexChanged(previousGreater);
 }
 

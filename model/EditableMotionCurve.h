@@ -143,12 +143,17 @@ public:
     /// The curve's value at @p frame, also between frames; see VQ::Animation::evaluate(). O(log n).
     float valueAt(double frame) const;
 
-    /// The given key, or end(); never throws and never reads the key. O(1).
+    /// The given key, or end(); never throws. O(1).
     iterator _find(const ZT::EditableMotionCurveKey* key) {
-        return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+        return _toEditableIterator(_holds(key) ? findKey(*key->_record()) : MotionCurve::end());
     }
     const_iterator _find(const ZT::EditableMotionCurveKey* key) const {
-        return _toEditableIterator(key == nullptr ? MotionCurve::end() : findKey(key->_record()));
+        return _toEditableIterator(_holds(key) ? findKey(*key->_record()) : MotionCurve::end());
+    }
+
+    /// Whether the given key stands in this curve. O(1).
+    bool _holds(const ZT::EditableMotionCurveKey* key) const noexcept {
+        return key != nullptr && key->_placement().curve == this;
     }
 
     iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
@@ -311,8 +316,9 @@ private:
     struct Move;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
-    ZT::EditableMotionCurveKey* _release(ZT::EditableMotionCurveKey* key);
-    void _erase(EditableMotionCurveKey* key);
+    iterator _announceLeaving(iterator position);
+    void _remove(iterator position);
+    ZT::EditableMotionCurveKey* _release(iterator position);
     bool _edits(const EditableMotionCurveKey* key) const noexcept {
         return key != nullptr && key->getParentCurve() == this;
     }

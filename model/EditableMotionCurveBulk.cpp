@@ -172,16 +172,16 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     // As a rule every key to release leaves: the answer then shares the caller's map.
     KeysIndexMap left = toRelease;
     for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
-        EditableMotionCurveKey* const key = entry.key();
-        const auto position = _find(key);
-        if (position == end() || position->first != entry.value() || _release(key) == nullptr) {
-            left.remove(key);
+        const auto position = _toEditableIterator(findBeside(entry.value()));
+        const bool isThere = position != end() && position->second == entry.key();
+        if (!isThere || _release(position) == nullptr) {
+            left.remove(entry.key());
         }
     }
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
         const bool hasCurve = key != nullptr && key->getParentCurve() != nullptr;
-        if (key == nullptr || (hasCurve && (!_edits(key) || _find(key) != end()))) {
+        if (key == nullptr || (hasCurve && (!_edits(key) || _holds(key)))) {
             continue; // A key has one owner: what stands in a curve is not taken in a second time.
         }
         EditableMotionCurveKey* const displaced = release(entry.value());

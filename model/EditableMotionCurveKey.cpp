@@ -4,7 +4,6 @@
 #include "base/math/BezierTangents.h"
 #include "base/math/FloatBits.h"
 #include "model/EditableMotionCurve.h"
-#include "model/EditableMotionCurveExceptions.h"
 
 #include <QMetaMethod>
 
@@ -72,6 +71,10 @@ bool readKey(Key& key, const Tree& tree) {
     return wholeKey(&key)->deserialize(tree);
 }
 
+VQ::Animation::KeyPlace& placeOfKey(const Key& key) {
+    return const_cast<EditableMotionCurveKey*>(wholeKey(&key))->_placement();
+}
+
 // In the classic locale whatever the global one is, so that "true" always reads as true.
 using FlagTranslator =
     boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
@@ -103,7 +106,8 @@ struct CurveConnections {
 
 } // namespace
 
-const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{destroyKey, writeKey, readKey};
+const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{destroyKey, writeKey, readKey,
+                                                                        placeOfKey};
 
 EditableMotionCurveKey::EditableMotionCurveKey() = default;
 
@@ -418,14 +422,8 @@ bool EditableMotionCurveKey::_restoreValue(float pValue) {
 }
 
 unsigned int index(const EditableMotionCurveKey* key) {
-    if (key == nullptr || key->getParentCurve() == nullptr) {
-        return 0U;
-    }
-    try {
-        return std::as_const(*key->getParentCurve()).getIndexOf(key);
-    } catch (const EditableMotionCurveKeyNotFound&) {
-        return 0U;
-    }
+    const EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
+    return curve != nullptr && curve->_holds(key) ? key->_placement().position->first : 0U;
 }
 
 QString interpolTypeToString(InterpolationType type) {

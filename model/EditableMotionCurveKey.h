@@ -2,6 +2,7 @@
 
 #include "base/TangentSide.h"
 #include "base/animation/KeyFunctions.h"
+#include "base/animation/KeyPlace.h"
 #include "base/animation/SerializationInterface.h"
 #include "base/math/Interpolation.h"
 #include "model/Export.h"
@@ -108,7 +109,11 @@ public:
     /// valueChanged() and returns true if it was written.
     bool _restoreValue(float pValue);
 
-    /// How a curve destroys, writes and reads keys of this class.
+    /// Where the key stands; its curve's to write.
+    VQ::Animation::KeyPlace& _placement() noexcept { return _place; }
+    const VQ::Animation::KeyPlace& _placement() const noexcept { return _place; }
+
+    /// How a curve destroys, writes, reads and finds keys of this class.
     static const VQ::Animation::KeyFunctions _keyFunctions;
 
 Q_SIGNALS:
@@ -187,6 +192,7 @@ private:
     void _onTangentTypeChanged();
     void _onTangentParamChanged(ZT::TangentSide side);
 
+    VQ::Animation::KeyPlace _place;
     EditableMotionCurve* _parentCurve = nullptr;
     bool _smooth = false;
     bool _symmetrical = false;

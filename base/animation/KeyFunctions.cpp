@@ -27,6 +27,6 @@ bool readPlain(Key& key, const boost::property_tree::ptree& tree) {
 
 } // namespace
 
-const KeyFunctions KeyFunctions::plain{destroyPlain, writePlain, readPlain};
+const KeyFunctions KeyFunctions::plain{destroyPlain, writePlain, readPlain, nullptr};
 
 } // namespace VQ::Animation

@@ -7,6 +7,8 @@
 
 namespace VQ::Animation {
 
+struct KeyPlace;
+
 /// What a curve must know about the objects that its key records are part of.
 ///
 /// A key record has no virtual functions, yet a curve may hold records that are the key part of a larger
@@ -17,6 +19,8 @@ struct KeyFunctions {
     boost::property_tree::ptree (*write)(const Math::Interpolation::Key& key);
     /// Returns false and leaves the key unchanged when the tree does not describe a key.
     bool (*read)(Math::Interpolation::Key& key, const boost::property_tree::ptree& tree);
+    /// Where the object keeps its key's place; null for keys that do not keep it.
+    KeyPlace& (*place)(const Math::Interpolation::Key& key);
 
     /// The table for keys that are plain records.
     VQ_EXPORT static const KeyFunctions plain;

@@ -3,8 +3,6 @@
 #include "base/animation/KeySerialization.h"
 #include "base/animation/TreeItems.h"
 
-#include <algorithm>
-#include <cassert>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -25,7 +23,6 @@ MotionCurve::MotionCurve(const KeyFunctions& functions, const MotionCurve& other
 
 MotionCurve::MotionCurve(const MotionCurve& other)
     : MotionCurve(KeyFunctions::plain, other) {
-    reserve(other.size());
     for (const auto element : other) {
         auto copy = std::make_unique<Key>(*element.second);
         insert(element.first, copy.get());
@@ -47,14 +44,22 @@ MotionCurve::~MotionCurve() {
     MotionCurve::clear();
 }
 
-// Swapping maps keeps iterators to elements valid, so that each index follows its map as it stands.
+// Swapping maps keeps positions of elements valid.
 void MotionCurve::_swapContents(MotionCurve& other) noexcept {
     std::swap(_settings, other._settings);
     std::swap(_functions, other._functions);
     _keys.base().swap(other._keys.base());
-    _index.swap(other._index);
-    _noteChange(_keys.base().end());
-    other._noteChange(other._keys.base().end());
+    _claimKeys();
+    other._claimKeys();
+}
+
+void MotionCurve::_claimKeys() noexcept {
+    Places& places = _keys.base();
+    for (auto position = places.begin(); position != places.end(); ++position) {
+        _notePlaced(position);
+    }
+    _lastPlaced = places.end();
+    ++_revision;
 }
 
 MotionCurve::iterator MotionCurve::find(unsigned int frame) {
@@ -83,62 +88,52 @@ MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Place
     return places.lower_bound(frame);
 }
 
-void MotionCurve::_noteChange(Places::iterator lastPlaced) noexcept {
-    _lastPlaced = lastPlaced;
+void MotionCurve::_notePlaced(Places::iterator position) noexcept {
+    if (_functions->place != nullptr) {
+        KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
+        place.curve = this;
+        place.position = position;
+    }
+    _lastPlaced = position;
     ++_revision;
-    assert(lastPlaced == _keys.base().end() || _isIndexed(lastPlaced));
 }
 
-// Of a small curve every key is checked, of a large one the given key: checking all each time would make
-// work on it quadratic.
-bool MotionCurve::_isIndexed(Places::iterator place) const {
-    constexpr std::size_t small = 100;
-    const auto isRight = [this](const Key* key, unsigned int frame) {
-        const Places::iterator* const noted = _index.find(key);
-        return noted != nullptr && (*noted)->first == frame && (*noted)->second == key;
-    };
-    if (size() > small) {
-        return isRight(static_cast<const Key*>(place->second), place->first);
+// A key that another curve took in stands there, although this curve holds it too.
+void MotionCurve::_forgetPlace(Places::iterator position) noexcept {
+    if (_functions->place != nullptr) {
+        KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
+        place.curve = place.curve == this ? nullptr : place.curve;
     }
-    return _index.size() == size() && std::all_of(begin(), end(), [&](const auto& element) {
-               return isRight(element.second, element.first);
-           });
 }
 
 MotionCurve::iterator MotionCurve::insert(unsigned int frame, Key* key) {
     if (key == nullptr) {
         throw std::invalid_argument("a motion curve holds no null keys");
     }
-    if (_index.find(key) != nullptr) {
+    if (_functions->place != nullptr && findKey(*key) != end()) {
         throw std::invalid_argument("the key is already in the motion curve");
     }
     const auto next = _lowerBound(frame, _lastPlaced);
     if (next != _keys.base().end() && next->first == frame) {
         throw std::invalid_argument("frame " + std::to_string(frame) + " already holds a key");
     }
-    const auto place = _keys.base().emplace_hint(next, frame, key);
-    try {
-        _index.insert(key, place);
-    } catch (...) {
-        _keys.base().erase(place);
-        throw;
-    }
-    _noteChange(place);
-    return iterator(place);
+    const auto position = _keys.base().emplace_hint(next, frame, key);
+    _notePlaced(position);
+    return iterator(position);
 }
 
 MotionCurve::iterator MotionCurve::findBeside(unsigned int frame) {
-    const auto place = _lowerBound(frame, _lastPlaced);
-    return place != _keys.base().end() && place->first == frame ? iterator(place) : _keys.end();
+    const auto position = _lowerBound(frame, _lastPlaced);
+    return position != _keys.base().end() && position->first == frame ? iterator(position) : end();
 }
 
 MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
-    const auto place = position.base();
-    const auto next = std::next(place);
-    _index.erase(position->second);
+    const auto leaving = position.base();
+    _forgetPlace(leaving);
+    _lastPlaced = std::next(leaving);
+    ++_revision;
     DetachedKey detached;
-    detached._place = _keys.base().extract(place);
-    _noteChange(next);
+    detached._node = _keys.base().extract(leaving);
     return detached;
 }
 
@@ -147,36 +142,30 @@ bool MotionCurve::attach(DetachedKey& detached, unsigned int frame) {
     if (next != _keys.base().end() && next->first == frame) {
         return false;
     }
-    Places::iterator& noted = _index.insert(detached.key(), next);
-    detached._place.key() = frame;
-    noted = _keys.base().insert(next, std::move(detached._place));
-    _noteChange(noted);
+    detached._node.key() = frame;
+    _notePlaced(_keys.base().insert(next, std::move(detached._node)));
     return true;
 }
 
-bool MotionCurve::relocate(const Key* key, unsigned int frame) {
-    Places::iterator* const noted = _index.find(key);
-    if (noted == nullptr) {
-        return false;
-    }
+bool MotionCurve::relocate(iterator position, unsigned int frame) {
     Places& places = _keys.base();
-    auto next = _lowerBound(frame, *noted);
+    const auto leaving = position.base();
+    auto next = _lowerBound(frame, leaving);
     if (next != places.end() && next->first == frame) {
         return false;
     }
-    if (next == *noted) {
+    if (next == leaving) {
         ++next;
     }
-    auto node = places.extract(*noted);
+    auto node = places.extract(leaving);
     node.key() = frame;
-    *noted = places.insert(next, std::move(node));
-    _noteChange(*noted);
+    _notePlaced(places.insert(next, std::move(node)));
     return true;
 }
 
 MotionCurve::Key* MotionCurve::DetachedKey::release() noexcept {
     Key* const released = key();
-    _place = {};
+    _node = {};
     return released;
 }
 
@@ -187,11 +176,15 @@ MotionCurve::iterator MotionCurve::erase(iterator position) {
     return iterator(behind);
 }
 
+// No key is found any more when the first one dies.
 void MotionCurve::clear() noexcept {
     KeyMap keys;
     keys.base().swap(_keys.base());
-    _index.clear();
-    _noteChange(_keys.base().end());
+    _lastPlaced = _keys.base().end();
+    ++_revision;
+    for (auto position = keys.base().begin(); position != keys.base().end(); ++position) {
+        _forgetPlace(position);
+    }
     for (auto element : keys) {
         _functions->destroy(element.second);
     }

@@ -2,7 +2,7 @@
 
 #include "base/Export.h"
 #include "base/animation/KeyFunctions.h"
-#include "base/animation/KeyIndex.h"
+#include "base/animation/KeyPlace.h"
 #include "base/animation/RationalSeconds.h"
 #include "base/animation/SerializationInterface.h"
 #include "base/math/Interpolation.h"
@@ -20,14 +20,15 @@ namespace VQ::Animation {
 
 /// An ordered, owning map from frame to key, with the settings of its curve.
 ///
-/// The curve answers "where is this key?" in constant time from an index beside the map. Every operation
-/// keeps the two together, so that they agree at every moment at which anybody can look.
+/// Keys that are parts of larger objects may carry their place (see KeyFunctions): a curve of such keys
+/// answers "where is this key?" in constant time. Every operation keeps map and places together, so that they
+/// agree at every moment at which anybody can look.
 class VQ_EXPORT MotionCurve : public SerializationInterface {
     using Key = Math::Interpolation::Key;
     // The map only views its keys: the curve destroys them through its key functions, which know the whole
     // object.
     using KeyMap = boost::ptr_map<unsigned int, Key, std::less<>, boost::view_clone_allocator>;
-    using Places = KeyIndex::Places;
+    using Places = KeyPlace::Map;
 
 public:
     /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
@@ -54,22 +55,13 @@ public:
     iterator find(unsigned int frame);
     const_iterator find(unsigned int frame) const;
 
-    /// The given key, or end() when this curve does not hold it; never reads the key. O(1).
-    iterator findKey(const Key* key) {
-        const Places::iterator* const place = _index.find(key);
-        return place == nullptr ? _keys.end() : iterator(*place);
-    }
-    const_iterator findKey(const Key* key) const {
-        const Places::iterator* const place = _index.find(key);
-        return place == nullptr ? _keys.end() : const_iterator(*place);
-    }
-
     /// The last key at or before @p frame, or end(). O(log n).
     const_iterator findAtOrBefore(unsigned int frame) const;
 
-    /// Stores @p key at the free @p frame and takes ownership. Throws std::invalid_argument when the key is
-    /// null, is held already or the frame is taken; the key then still belongs to the caller. O(log n),
-    /// beside the key that was placed last O(1).
+    /// Stores @p key, which no curve holds, at the free @p frame and takes ownership. Throws
+    /// std::invalid_argument when the key is null, carries its place and stands in this curve already, or the
+    /// frame is taken; the key then still belongs to the caller. O(log n), beside the key that was placed
+    /// last O(1).
     iterator insert(unsigned int frame, Key* key);
 
     /// Removes the element and destroys its key; returns the element behind it. O(1).
@@ -108,13 +100,13 @@ protected:
     /// out, it belongs to whoever holds this handle.
     class DetachedKey {
     public:
-        Key* key() const noexcept { return static_cast<Key*>(_place.mapped()); }
+        Key* key() const noexcept { return static_cast<Key*>(_node.mapped()); }
         /// Gives up the node; the key stays with the caller.
         Key* release() noexcept;
 
     private:
         friend class MotionCurve;
-        Places::node_type _place;
+        Places::node_type _node;
     };
 
     /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p
@@ -122,8 +114,13 @@ protected:
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
 
-    /// Makes room for @p count keys in all.
-    void reserve(std::size_t count) { _index.reserve(count); }
+    /// The given key, or end() when this curve does not hold it. The keys must carry their places. A key that
+    /// another curve took in although it stands here is found there only. O(1).
+    iterator findKey(const Key& key) {
+        const KeyPlace& place = _functions->place(key);
+        return place.curve == this ? iterator(place.position) : end();
+    }
+    const_iterator findKey(const Key& key) const { return const_cast<MotionCurve*>(this)->findKey(key); }
 
     /// The key at @p frame, or end(). O(log n), beside the key that was placed last O(1).
     iterator findBeside(unsigned int frame);
@@ -133,9 +130,9 @@ protected:
     /// Puts a detached key at @p frame and returns true; false, with the key still in its handle, when the
     /// frame is taken. O(log n), beside the key that was placed last O(1).
     bool attach(DetachedKey& detached, unsigned int frame);
-    /// Moves a key to another frame and returns true; false, with nothing done, when this curve does not hold
-    /// the key or the frame is taken. Never reads the key. O(log n), past no other key O(1).
-    bool relocate(const Key* key, unsigned int frame);
+    /// Moves an element to another frame and returns true; false, with nothing done, when the frame is taken.
+    /// O(log n), past no other key O(1).
+    bool relocate(iterator position, unsigned int frame);
 
     /// Another number after each change of what stands where: positions that were at hand are to be looked up
     /// again.
@@ -150,15 +147,15 @@ private:
     };
 
     Places::iterator _lowerBound(unsigned int frame, Places::iterator beside);
-    void _noteChange(Places::iterator lastPlaced) noexcept;
-    bool _isIndexed(Places::iterator place) const;
+    void _notePlaced(Places::iterator position) noexcept;
+    void _forgetPlace(Places::iterator position) noexcept;
+    void _claimKeys() noexcept;
     void _swapContents(MotionCurve& other) noexcept;
     void _read(const boost::property_tree::ptree& tree);
 
     Settings _settings;
     const KeyFunctions* _functions;
     KeyMap _keys;
-    KeyIndex _index;
     Places::iterator _lastPlaced = _keys.base().end(); ///< the next key often goes beside it
     std::size_t _revision = 0;
 };

@@ -13,11 +13,13 @@ class KeyFunctionsTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void thePlainTableIsComplete() {
+    void thePlainTableDestroysWritesAndReads() {
         QVERIFY(KeyFunctions::plain.destroy != nullptr);
         QVERIFY(KeyFunctions::plain.write != nullptr);
         QVERIFY(KeyFunctions::plain.read != nullptr);
     }
+
+    void aPlainKeyDoesNotKeepItsPlace() { QVERIFY(KeyFunctions::plain.place == nullptr); }
 
     // The leak sanitizer sees a key that is not destroyed, the address sanitizer one destroyed wrongly.
     void aPlainKeyIsDestroyedAsWhatItIs() { KeyFunctions::plain.destroy(new Key); }

@@ -39,7 +39,6 @@ private slots:
         QCOMPARE(curve.size(), std::size_t{0});
         QVERIFY(curve.begin() == curve.end());
         QVERIFY(curve.find(0) == curve.end());
-        QVERIFY(curve.findKey(nullptr) == curve.end());
         QVERIFY(curve.findAtOrBefore(lastFrame) == curve.end());
         QVERIFY(curve.getTimeUnit() == RationalSeconds(boost::rational<int>(1, 25)));
         const float infinity = std::numeric_limits<float>::infinity();
@@ -102,14 +101,15 @@ private slots:
                 Key* const key = from->second;
                 auto detached = curve.detach(curve.find(from->first));
                 model.erase(from);
-                RC_ASSERT(detached.key() == key && agrees(curve, model) && curve.findKey(key) == curve.end());
+                RC_ASSERT(detached.key() == key && agrees(curve, model) && curve.findsEachKey());
+                RC_ASSERT(curve.findKey(*key) == curve.end());
                 unsigned int frame = *rc::gen::inRange(0U, 30U);
                 while (model.count(frame) != 0) {
                     ++frame;
                 }
                 RC_ASSERT(curve.attach(detached, frame));
                 model.emplace(frame, key);
-                RC_ASSERT(agrees(curve, model));
+                RC_ASSERT(agrees(curve, model) && curve.findsEachKey());
             }
         }));
         QVERIFY(Watched::everyKeyDiedOnce());
@@ -124,9 +124,9 @@ private slots:
         QVERIFY(!curve.attach(detached, 5));
         QCOMPARE(detached.key(), key);
         QCOMPARE(curve.size(), std::size_t{1});
-        QVERIFY(curve.findKey(key) == curve.end());
+        QVERIFY(curve.findKey(*key) == curve.end());
         QVERIFY(curve.attach(detached, 4));
-        QVERIFY(curve.findKey(key) == curve.find(4));
+        QVERIFY(curve.findKey(*key) == curve.find(4));
     }
 
     void lookupsAgreeWithAWalkWhileKeysMove() {
@@ -142,25 +142,52 @@ private slots:
                 const unsigned int frame = *rc::gen::inRange(0U, 30U);
                 const std::size_t before = curve.revision();
                 const bool isFree = model.count(frame) == 0;
-                RC_ASSERT(curve.relocate(key, frame) == isFree);
+                RC_ASSERT(curve.relocate(curve.findKey(*key), frame) == isFree);
                 RC_ASSERT((curve.revision() != before) == isFree);
                 if (isFree) {
                     model.erase(standing);
                     model.emplace(frame, key);
                 }
-                RC_ASSERT(agrees(curve, model));
+                RC_ASSERT(agrees(curve, model) && curve.findsEachKey());
             }
         }));
         QVERIFY(Watched::everyKeyDiedOnce());
     }
 
-    void aKeyOfNobodyDoesNotMove() {
+    void aKeyThatAnotherCurveTookInIsFoundThere() {
+        Watched::Curve first;
+        Watched::Curve second;
+        first.add(3);
+        Key* const key = first.find(3)->second;
+        second.insert(5, key);
+        QVERIFY(second.findKey(*key) == second.find(5));
+        QVERIFY(first.findKey(*key) == first.end());
+        QCOMPARE(first.find(3)->second, key);
+        first.detach(first.find(3)).release();
+        QVERIFY(second.findKey(*key) == second.find(5));
+    }
+
+    void keysThatWereReadStandInTheCurveThatReadThem() {
+        Watched::Curve written;
+        for (unsigned int frame = 0; frame < 9; ++frame) {
+            written.add(frame * frame);
+        }
         Watched::Curve curve;
-        curve.add(3);
-        const WatchedKey stranger;
-        QVERIFY(!curve.relocate(&stranger, 7));
-        QVERIFY(!curve.relocate(nullptr, 7));
-        QVERIFY(curve.find(7) == curve.end());
+        curve.add(7);
+        QVERIFY(curve.deserialize(written.serialize()));
+        QCOMPARE(curve.size(), std::size_t{9});
+        QVERIFY(curve.findsEachKey());
+    }
+
+    void noKeyIsFoundWhenTheFirstOfThemDies() {
+        Watched::Curve curve;
+        curve.add(1);
+        curve.add(2);
+        const Key* const second = curve.find(2)->second;
+        bool wasFound = true;
+        WatchedKey::onDeath() = [&](const WatchedKey&) { wasFound = curve.findKey(*second) != curve.end(); };
+        curve.clear();
+        QVERIFY(!wasFound);
     }
 
     void aReleasedKeyBelongsToItsHolder() {
@@ -189,7 +216,7 @@ private slots:
         QVERIFY_EXCEPTION_THROWN(curve.insert(4, key.get()), std::invalid_argument);
         QVERIFY(WatchedKey::dead().empty());
         QCOMPARE(Records::withIdentity(curve), before);
-        QVERIFY(curve.findKey(key.get()) == curve.end());
+        QVERIFY(curve.findKey(*key) == curve.end());
         const auto position = curve.insert(5, key.get());
         key.release();
         QVERIFY(position == curve.find(5));
@@ -204,7 +231,7 @@ private slots:
         for (const unsigned int frame : {4U, 5U, 6U}) {
             QVERIFY_EXCEPTION_THROWN(curve.insert(frame, held), std::invalid_argument);
             QCOMPARE(Records::withIdentity(curve), before);
-            QVERIFY(curve.findKey(held) == curve.find(4));
+            QVERIFY(curve.findKey(*held) == curve.find(4));
         }
         QVERIFY(WatchedKey::dead().empty());
     }
@@ -405,7 +432,7 @@ private slots:
             const QString before = Records::withIdentity(curve);
             QVERIFY(!curve.deserialize(tree));
             QCOMPARE(Records::withIdentity(curve), before);
-            QVERIFY(curve.findKey(curve.find(4)->second) == curve.find(4));
+            QVERIFY(curve.findKey(*curve.find(4)->second) == curve.find(4));
             const QString problem = QString::fromStdString(MotionCurve::problemIn(tree));
             QVERIFY(!problem.isEmpty());
             for (const std::string& mention : damage.mentions) {

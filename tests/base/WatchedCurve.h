@@ -1,10 +1,13 @@
 #pragma once
 
 #include "Records.h"
+#include "base/animation/KeyPlace.h"
 #include "base/animation/KeySerialization.h"
 
 #include <exception>
+#include <functional>
 #include <set>
+#include <utility>
 #include <vector>
 
 /// A curve whose keys are parts of larger objects that know when they die.
@@ -16,11 +19,17 @@ struct Refusal : std::exception {};
 struct WatchedKey : Records::Key {
     int mark = 0; ///< what a plain record does not hold
     int serial = made()++;
+    mutable VQ::Animation::KeyPlace place;
 
     /// How many were made, and which died, in order.
     static int& made() {
         static int count = 0;
         return count;
+    }
+    /// Called once, while the first key dies.
+    static std::function<void(const WatchedKey&)>& onDeath() {
+        static std::function<void(const WatchedKey&)> call;
+        return call;
     }
     static std::vector<int>& dead() {
         static std::vector<int> serials;
@@ -31,6 +40,9 @@ struct WatchedKey : Records::Key {
 inline const VQ::Animation::KeyFunctions& functions() {
     static const VQ::Animation::KeyFunctions table{
         [](Records::Key* key) noexcept {
+            if (const auto call = std::exchange(WatchedKey::onDeath(), nullptr)) {
+                call(*static_cast<WatchedKey*>(key));
+            }
             WatchedKey::dead().push_back(static_cast<WatchedKey*>(key)->serial);
             delete static_cast<WatchedKey*>(key);
         },
@@ -45,6 +57,9 @@ inline const VQ::Animation::KeyFunctions& functions() {
             }
             static_cast<WatchedKey&>(key).mark = tree.get("<xmlattr>.mark", 0);
             return true;
+        },
+        [](const Records::Key& key) -> VQ::Animation::KeyPlace& {
+            return static_cast<const WatchedKey&>(key).place;
         }};
     return table;
 }
@@ -55,6 +70,7 @@ public:
     using MotionCurve::detach;
     using MotionCurve::DetachedKey;
     using MotionCurve::findBeside;
+    using MotionCurve::findKey;
     using MotionCurve::relocate;
     using MotionCurve::revision;
 
@@ -74,6 +90,15 @@ public:
     }
 
     const std::vector<Records::Key*>& created() const { return _created; }
+
+    /// Whether each key is found where a walk meets it.
+    bool findsEachKey() const {
+        bool isRight = true;
+        for (auto position = begin(); position != end(); ++position) {
+            isRight = isRight && findKey(*position->second) == position;
+        }
+        return isRight;
+    }
 
     /// Stores a new key; its serial number.
     int add(unsigned int frame, int mark = 0) {
