@@ -153,7 +153,7 @@ public:
 
     /// Whether the given key stands in this curve. O(1).
     bool _holds(const ZT::EditableMotionCurveKey* key) const noexcept {
-        return key != nullptr && key->_placement().curve == this;
+        return key != nullptr && isHere(key->_placement());
     }
 
     iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position) {

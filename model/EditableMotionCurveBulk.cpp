@@ -5,6 +5,7 @@
 #include "model/FrameConversion.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace ZT {
 
@@ -63,13 +64,27 @@ private:
 
 namespace {
 
-// Keys that lie in memory in the order of their frames come sorted.
+// Keys that lie in memory in the order of their frames come sorted. Otherwise numbers are sorted, each made
+// of a move's frame and its place in the list, which is several times faster than moving the moves
+// themselves.
 template <class Moves>
 void sortByFrame(Moves& moves) {
-    const auto isBefore = [](const auto& a, const auto& b) { return a.from < b.from; };
-    if (!std::is_sorted(moves.begin(), moves.end(), isBefore)) {
-        std::stable_sort(moves.begin(), moves.end(), isBefore);
+    if (std::is_sorted(moves.begin(), moves.end(),
+                       [](const auto& a, const auto& b) { return a.from < b.from; })) {
+        return;
     }
+    std::vector<std::uint64_t> order;
+    order.reserve(moves.size());
+    for (const auto& move : moves) {
+        order.push_back(std::uint64_t{move.from} << 32U | order.size());
+    }
+    std::sort(order.begin(), order.end());
+    Moves sorted;
+    sorted.reserve(moves.size());
+    for (const std::uint64_t frameAndPlace : order) {
+        sorted.push_back(moves[static_cast<std::uint32_t>(frameAndPlace)]);
+    }
+    moves.swap(sorted);
 }
 
 } // namespace

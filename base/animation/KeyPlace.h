@@ -1,22 +1,24 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 
 namespace VQ::Animation {
 
-class MotionCurve;
-
-/// Where a key stands: its curve and its position in that curve's map.
+/// Where a key stands: the number of the map that holds it, and its position there.
 ///
 /// A key that carries its place answers "where is this key?" without a search, and without a table beside the
 /// map that would cost memory and could be wrong. The curve alone writes it: when it places the key and when
 /// it lets it go, before anybody else can look.
+///
+/// Every map has a number of its own, which goes with its contents: where they are swapped, all their keys
+/// stand in the other curve, and where they are dropped, none of them stands anywhere, without a walk.
 struct KeyPlace {
     /// The map under a curve's pointer map.
     using Map = std::map<unsigned int, void*, std::less<>>;
 
-    const MotionCurve* curve = nullptr; ///< null for a key that stands nowhere
+    std::uint64_t mapNumber = 0; ///< 0 for a key that stands nowhere
     Map::iterator position;
 };
 

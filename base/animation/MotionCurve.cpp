@@ -3,6 +3,7 @@
 #include "base/animation/KeySerialization.h"
 #include "base/animation/TreeItems.h"
 
+#include <atomic>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -11,15 +12,26 @@ namespace VQ::Animation {
 
 using TreeItems::Tree;
 
+namespace {
+
+std::uint64_t nextMapNumber() noexcept {
+    static std::atomic<std::uint64_t> last{0};
+    return ++last;
+}
+
+} // namespace
+
 MotionCurve::MotionCurve()
     : MotionCurve(KeyFunctions::plain) {}
 
 MotionCurve::MotionCurve(const KeyFunctions& functions)
-    : _functions(&functions) {}
+    : _functions(&functions)
+    , _mapNumber(nextMapNumber()) {}
 
 MotionCurve::MotionCurve(const KeyFunctions& functions, const MotionCurve& other)
     : _settings(other._settings)
-    , _functions(&functions) {}
+    , _functions(&functions)
+    , _mapNumber(nextMapNumber()) {}
 
 MotionCurve::MotionCurve(const MotionCurve& other)
     : MotionCurve(KeyFunctions::plain, other) {
@@ -49,16 +61,13 @@ void MotionCurve::_swapContents(MotionCurve& other) noexcept {
     std::swap(_settings, other._settings);
     std::swap(_functions, other._functions);
     _keys.base().swap(other._keys.base());
-    _claimKeys();
-    other._claimKeys();
+    std::swap(_mapNumber, other._mapNumber);
+    _noteManyChanged();
+    other._noteManyChanged();
 }
 
-void MotionCurve::_claimKeys() noexcept {
-    Places& places = _keys.base();
-    for (auto position = places.begin(); position != places.end(); ++position) {
-        _notePlaced(position);
-    }
-    _lastPlaced = places.end();
+void MotionCurve::_noteManyChanged() noexcept {
+    _lastPlaced = _keys.base().end();
     ++_revision;
 }
 
@@ -91,7 +100,7 @@ MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Place
 void MotionCurve::_notePlaced(Places::iterator position) noexcept {
     if (_functions->place != nullptr) {
         KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
-        place.curve = this;
+        place.mapNumber = _mapNumber;
         place.position = position;
     }
     _lastPlaced = position;
@@ -102,7 +111,7 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
 void MotionCurve::_forgetPlace(Places::iterator position) noexcept {
     if (_functions->place != nullptr) {
         KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
-        place.curve = place.curve == this ? nullptr : place.curve;
+        place.mapNumber = isHere(place) ? 0 : place.mapNumber;
     }
 }
 
@@ -180,11 +189,8 @@ MotionCurve::iterator MotionCurve::erase(iterator position) {
 void MotionCurve::clear() noexcept {
     KeyMap keys;
     keys.base().swap(_keys.base());
-    _lastPlaced = _keys.base().end();
-    ++_revision;
-    for (auto position = keys.base().begin(); position != keys.base().end(); ++position) {
-        _forgetPlace(position);
-    }
+    _mapNumber = nextMapNumber();
+    _noteManyChanged();
     for (auto element : keys) {
         _functions->destroy(element.second);
     }

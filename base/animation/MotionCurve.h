@@ -11,6 +11,7 @@
 #include <boost/ptr_container/ptr_map.hpp>
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <string>
@@ -114,11 +115,14 @@ protected:
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
 
+    /// Whether a key with this place stands in this curve.
+    bool isHere(const KeyPlace& place) const noexcept { return place.mapNumber == _mapNumber; }
+
     /// The given key, or end() when this curve does not hold it. The keys must carry their places. A key that
     /// another curve took in although it stands here is found there only. O(1).
     iterator findKey(const Key& key) {
         const KeyPlace& place = _functions->place(key);
-        return place.curve == this ? iterator(place.position) : end();
+        return isHere(place) ? iterator(place.position) : end();
     }
     const_iterator findKey(const Key& key) const { return const_cast<MotionCurve*>(this)->findKey(key); }
 
@@ -149,13 +153,14 @@ private:
     Places::iterator _lowerBound(unsigned int frame, Places::iterator beside);
     void _notePlaced(Places::iterator position) noexcept;
     void _forgetPlace(Places::iterator position) noexcept;
-    void _claimKeys() noexcept;
+    void _noteManyChanged() noexcept;
     void _swapContents(MotionCurve& other) noexcept;
     void _read(const boost::property_tree::ptree& tree);
 
     Settings _settings;
     const KeyFunctions* _functions;
     KeyMap _keys;
+    std::uint64_t _mapNumber;                          ///< the keys' places name it
     Places::iterator _lastPlaced = _keys.base().end(); ///< the next key often goes beside it
     std::size_t _revision = 0;
 };
