@@ -90,12 +90,13 @@ void writeFlag(Tree& tree, const char* attribute) {
 }
 
 // A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
-// neither text comparisons nor a functor object for each connection.
+// neither text comparisons nor a functor object for each connection. The last signal comes first, so that Qt
+// sizes the key's table of connections once; the order among different signals cannot be observed.
 struct CurveConnections {
     std::array<int, 3> signalIndices{
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex(),
         QMetaMethod::fromSignal(&EditableMotionCurveKey::valueChanged).methodIndex(),
-        QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex(),
-        QMetaMethod::fromSignal(&EditableMotionCurveKey::indexChanged).methodIndex()};
+        QMetaMethod::fromSignal(&EditableMotionCurveKey::tangentsChanged).methodIndex()};
     int slotIndex = EditableMotionCurve::staticMetaObject.indexOfSlot("onKeysChanged()");
 
     static const CurveConnections& get() {

@@ -56,8 +56,8 @@ public:
         _isHeardByOthers = true; // Who is connected cannot be known here.
     }
 
-    /// Makes @p curve the parent and connects valueChanged(), tangentsChanged() and indexChanged(), in this
-    /// order, to its onKeysChanged().
+    /// Makes @p curve the parent and connects valueChanged(), tangentsChanged() and indexChanged() to its
+    /// onKeysChanged().
     void _connectTo(EditableMotionCurve* curve);
     /// Makes the key parentless and takes these connections back.
     void _disconnectFrom(const EditableMotionCurve* curve);

@@ -93,7 +93,7 @@ AnimationLayer* Animation::createLayer() const {
 Tree Animation::serialize() const {
     Tree tree;
     for (const AnimationLayer& layer : *this) {
-        tree.push_back({"layer", layer.serialize()});
+        TreeItems::append(tree, "layer", layer.serialize());
     }
     return tree;
 }

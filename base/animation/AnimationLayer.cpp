@@ -38,7 +38,7 @@ Tree AnimationLayer::serialize() const {
     if (mute) {
         TreeItems::putText(tree, "mute", "true");
     }
-    tree.push_back({"curve", curve ? curve->serialize() : MotionCurve().serialize()});
+    TreeItems::append(tree, "curve", curve ? curve->serialize() : MotionCurve().serialize());
     return tree;
 }
 

@@ -1,5 +1,6 @@
 #include "base/animation/AnimationXml.h"
 
+#include "base/animation/TreeItems.h"
 #include "base/animation/XmlNesting.h"
 
 #include <boost/property_tree/xml_parser.hpp>
@@ -8,14 +9,19 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace VQ::Animation {
 
 namespace PropertyTree = boost::property_tree;
 
 void writeAnimationXml(std::ostream& stream, const PropertyTree::ptree& animation) {
+    writeAnimationXml(stream, PropertyTree::ptree(animation));
+}
+
+void writeAnimationXml(std::ostream& stream, PropertyTree::ptree&& animation) {
     PropertyTree::ptree document;
-    document.push_back({"animation", animation});
+    TreeItems::append(document, "animation", std::move(animation));
     PropertyTree::write_xml(stream, document, PropertyTree::xml_writer_make_settings<std::string>(' ', 2));
     if (!stream.flush()) {
         throw std::runtime_error("the animation could not be written");

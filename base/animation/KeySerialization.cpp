@@ -38,8 +38,8 @@ void readTangent(const Tree& key, const char* side, InterpolationType& type, Pos
 Tree serialize(const Key& key) {
     Tree tree;
     TreeItems::putNumber(tree, "value", key.value);
-    tree.push_back({"left", writeTangent(key.leftTangentType, key.leftTangentOffset)});
-    tree.push_back({"right", writeTangent(key.rightTangentType, key.rightTangentOffset)});
+    TreeItems::append(tree, "left", writeTangent(key.leftTangentType, key.leftTangentOffset));
+    TreeItems::append(tree, "right", writeTangent(key.rightTangentType, key.rightTangentOffset));
     return tree;
 }
 

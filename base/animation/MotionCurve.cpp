@@ -209,7 +209,7 @@ Tree MotionCurve::serialize() const {
     for (const auto element : *this) {
         Tree key = _functions->write(*element.second);
         TreeItems::putFrame(key, "frame", element.first);
-        tree.push_back({"key", std::move(key)});
+        TreeItems::append(tree, "key", std::move(key));
     }
     return tree;
 }

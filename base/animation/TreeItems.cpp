@@ -20,6 +20,8 @@ using Math::Interpolation::InterpolationType;
 
 namespace {
 
+const char* const attributesName = "<xmlattr>";
+
 constexpr std::array<std::string_view, 4> typeNames{"constant", "linear", "bezier", "bezier auto"};
 
 // What the ordinary texts "nan" and "-nan" stand for; other NaNs carry their bits along.
@@ -80,7 +82,7 @@ bool numberFromText(std::string_view text, float& number) {
 }
 
 const std::string* findText(const Tree& tree, const char* attribute) {
-    const auto attributes = tree.find("<xmlattr>");
+    const auto attributes = tree.find(attributesName);
     if (attributes == tree.not_found()) {
         return nullptr;
     }
@@ -96,8 +98,20 @@ const std::string* findText(const Tree& tree, const char* attribute) {
 
 } // namespace
 
+void append(Tree& tree, const char* name, Tree&& child) {
+    tree.push_back({name, Tree()})->second.swap(child);
+}
+
 void putText(Tree& tree, const char* attribute, const std::string& text) {
-    tree.put(Tree::path_type(std::string("<xmlattr>/") + attribute, '/'), text);
+    const auto found = tree.find(attributesName);
+    Tree& attributes =
+        found == tree.not_found() ? tree.push_back({attributesName, Tree()})->second : found->second;
+    const auto same = attributes.find(attribute);
+    if (same == attributes.not_found()) {
+        attributes.push_back({attribute, Tree(text)});
+    } else {
+        same->second.data() = text;
+    }
 }
 
 void putNumber(Tree& tree, const char* attribute, float number) {

@@ -16,6 +16,10 @@ namespace VQ::Animation::TreeItems {
 
 using Tree = boost::property_tree::ptree;
 
+/// Adds @p child as the last child, called @p name. The child's contents are taken: trees have no move of
+/// their own, and copies at each level would make writing costly.
+void append(Tree& tree, const char* name, Tree&& child);
+
 void putText(Tree& tree, const char* attribute, const std::string& text);
 void putNumber(Tree& tree, const char* attribute, float number);
 void putFrame(Tree& tree, const char* attribute, unsigned int frame);

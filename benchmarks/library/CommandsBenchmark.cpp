@@ -1,0 +1,144 @@
+#include "commands/ChangeKeyParamCommand.h"
+#include "commands/ChangeRangeCommand.h"
+#include "commands/MoveCurveKeysCommand.h"
+#include "commands/MoveRangeCommand.h"
+#include "commands/MoveTangentCommand.h"
+#include "commands/ReplaceCurveKeysCommand.h"
+#include "commands/StretchRangeCommand.h"
+#include "library/LibraryCurve.h"
+#include "library/LibraryDrag.h"
+#include "model/AnimationMarkers.h"
+#include "model/EditableAnimation.h"
+
+#include <memory>
+
+namespace {
+
+using namespace ZT::AnimCmd;
+using Bench::Curve;
+using Bench::Key;
+using VQ::Math::Interpolation::InterpolationType;
+using ZT::TangentSide;
+
+using Command = std::unique_ptr<QUndoCommand>;
+
+/// A curve, with all that commands are given, ready before the time runs.
+struct Subject {
+    explicit Subject(const Bench::Setting& setting)
+        : curve(setting)
+        , frames(curve.frames())
+        , targets(curve.targets([](unsigned int frame) { return frame + 1.0; }, 0.5))
+        , keySet(curve.keySet())
+        , keyList(curve.keys.cbegin(), curve.keys.cend())
+        , bothSides(curve.bothSides())
+        , first(ZT::index(curve.keys.front()))
+        , last(ZT::index(curve.keys.back())) {}
+
+    /// Other keys, @p by frames behind those of the curve, for a command that will own them.
+    void makeNewKeys(unsigned int by) {
+        newKeys.clear();
+        Curve::KeysIndexMap& keys = newKeys[&curve.curve];
+        for (Key* const key : curve.keys) {
+            keys.insert(new Key(key->baseMotionCurveKey()), ZT::index(key) + by);
+        }
+    }
+
+    Bench::LibraryCurve curve;
+    ZT::EditableAnimation animation; ///< for its markers
+    ZT::AnimationMarkers* markers = animation.getMarkers();
+    Curve::KeysIndexMap frames;
+    Curve::KeyPosMap targets;
+    QSet<Key*> keySet;
+    QList<Key*> keyList;
+    QMultiMap<Key*, TangentSide> bothSides;
+    unsigned int first;
+    unsigned int last;
+    QMap<Curve*, Curve::KeysIndexMap> newKeys;
+    Command command; ///< dies before the curve
+};
+
+using MakeCommand = Command (*)(Subject&);
+
+struct CommandRow {
+    const char* name;
+    MakeCommand make;
+    void (*prepare)(Subject&) = [](Subject&) {};
+};
+
+constexpr CommandRow commandRows[] = {
+    {"MoveCurveKeysCommand",
+     [](Subject& s) -> Command { return std::make_unique<MoveCurveKeysCommand>(s.targets, true); }},
+    {"MoveTangentCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<MoveTangentCommand>(s.keySet, TangentSide::right, 0.5F, 0.25F, true);
+     },
+     [](Subject& s) { s.curve.curve.setTangentsType(s.bothSides, InterpolationType::bezier); }},
+    {"ReplaceCurveKeysCommand",
+     [](Subject& s) -> Command { return std::make_unique<ReplaceCurveKeysCommand>(s.keyList, s.newKeys); },
+     [](Subject& s) { s.makeNewKeys(0); }},
+    {"AddCurveKeysCommand",
+     [](Subject& s) -> Command { return std::make_unique<AddCurveKeysCommand>(s.newKeys); },
+     [](Subject& s) { s.makeNewKeys(1); }},
+    {"RemoveCurveKeysCommand",
+     [](Subject& s) -> Command { return std::make_unique<RemoveCurveKeysCommand>(s.keyList); }},
+    {"ChangeInterpTypeCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<ChangeInterpTypeCommand>(s.bothSides, InterpolationType::linear);
+     }},
+    {"ChangeTangentParamCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<ChangeTangentParamCommand>(s.keySet, InterpolationType::bezier, true, false);
+     }},
+    {"ChangeSmoothnessCommand",
+     [](Subject& s) -> Command { return std::make_unique<ChangeSmoothnessCommand>(s.keySet, true); }},
+    {"ChangeSymmetryCommand",
+     [](Subject& s) -> Command { return std::make_unique<ChangeSymmetryCommand>(s.keySet, true); }},
+    {"ChangeRangeCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<ChangeRangeCommand>(s.markers, s.frames, s.first, s.last, true);
+     }},
+    {"MoveRangeCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<MoveRangeCommand>(s.markers, s.frames, s.first, s.last, s.first + 1U, true);
+     }},
+    {"StretchRangeCommand",
+     [](Subject& s) -> Command {
+         return std::make_unique<StretchRangeCommand>(s.markers, s.frames, s.first, s.last, 2U * s.last, true,
+                                                      StretchSide::end);
+     }},
+};
+
+// The command of the turn before dies outside the time.
+Bench::Operation operationOf(const CommandRow& row, const Bench::Setting& setting) {
+    const auto subject = std::make_shared<Subject>(setting);
+    return {[=] {
+                subject->command = row.make(*subject);
+                subject->command->redo();
+            },
+            [=] { subject->command->undo(); },
+            [=] {
+                subject->command.reset();
+                row.prepare(*subject);
+            }};
+}
+
+void addCommandRows() {
+    for (const CommandRow& row : commandRows) {
+        for (const std::size_t n : {std::size_t{1000}, std::size_t{10000}, std::size_t{100000}}) {
+            const Bench::Setting setting{Bench::Layout::frameOrder, n};
+            const auto make = [row, setting] { return operationOf(row, setting); };
+            Bench::addRow(row.name + std::string(", construct and redo"), setting.text(), n, make,
+                          Bench::Timed::there);
+            Bench::addRow(row.name + std::string(", undo"), setting.text(), n, make, Bench::Timed::back);
+        }
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Bench::LibraryDragOperations drag;
+    Bench::addDragRows(drag);
+    addCommandRows();
+    return Bench::runRows(argc, argv);
+}

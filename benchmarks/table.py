@@ -1,0 +1,166 @@
+"""table.py FOLDER: prints the medians of all rounds found there beside the floor's and judges them by the limits."""
+
+import json
+import math
+import pathlib
+import statistics
+import sys
+
+# Operations on a whole curve cost at most so many times the floor, by number of keys ...
+TIMES_THE_FLOOR = {1000: 1.5, 10000: 1.5, 100000: 2.0}
+# ... and grow no faster: the exponent from n/10 to n keys is at most so much above the floor's.
+ABOVE_THE_FLOORS_EXPONENT = 0.15
+WHOLE_CURVE = ("wrapping", "building by insert", "destroying", "moveKeys", "reorganizeKeys", "releaseAndInsertKeys",
+               "setKeysSmooth", "drag step")
+
+# One key's edit or lookup takes at most so many times as long in the largest curve as in the smallest.
+ONE_KEY = "one key, "
+ONE_KEY_GROWTH = 1.5
+# These take at most so many nanoseconds in curves of at most so many keys.
+LOOKUPS = (ONE_KEY + "getIndexOf", ONE_KEY + "ZT::index")
+LOOKUP_NANOSECONDS = 10.0
+LOOKUP_KEYS = 1000
+
+# Reading and writing files takes at most so many times what Boost's own reader and writer take.
+XML = ("write XML", "read XML")
+TIMES_BOOST = 2.0
+
+# A key takes at most so many times the floor's heap.
+TIMES_THE_FLOORS_HEAP = 1.15
+# A drag's later steps add at most this part of what is in use after its first one.
+DRAG_MEMORY_GROWTH = 0.01
+
+PROGRAMS = ("floor", "curve", "commands", "evaluation", "captures", "animation")  # the table's order
+FLOOR_PREFIX = "floor: "  # marks a row of a library program that measures what its namesake is compared with
+
+
+class Row:
+    """One operation at one size: the median times of its rounds, in nanoseconds for all of its keys."""
+
+    def __init__(self, operation, layout, n):
+        self.operation, self.layout, self.n = operation, layout, n
+        self.keys = 1.0
+        self.times = {"library": [], "floor": []}
+
+    def time(self, side):
+        return statistics.median(self.times[side]) if self.times[side] else None
+
+    def per_key(self, side):
+        time = self.time(side)
+        return None if time is None else time / self.keys
+
+    def ratio(self):
+        library, floor = self.time("library"), self.time("floor")
+        return library / floor if library and floor else None
+
+
+class Limits:
+    """Judges figures, and counts how many of them keep their limit."""
+
+    def __init__(self):
+        self.met = self.count = 0
+
+    def judge(self, name, figure, limit):
+        self.count += 1
+        self.met += figure <= limit
+        return f"{name} {limit:.2f}", "" if figure <= limit else f"{name} EXCEEDED"
+
+
+def read_rows(folder):
+    """All rows, by operation, layout and number of keys; an operation's rows stand together, the small ones first."""
+    rows = {}
+    for program in PROGRAMS:
+        for path in sorted(folder.glob(f"{program}-[0-9]*.json")):
+            text = path.read_text()
+            for entry in json.loads(text)["benchmarks"] if text.strip() else []:
+                name = entry["run_name"].split("/iterations:")[0]
+                side = "floor" if program == "floor" or name.startswith(FLOOR_PREFIX) else "library"
+                operation, size = name.removeprefix(FLOOR_PREFIX).split("|")
+                layout, n = size.rsplit("/", 1)
+                row = rows.setdefault((operation, layout, int(n)), Row(operation, layout, int(n)))
+                row.keys = entry["keys"]
+                row.times[side].append(entry["median"])
+    operations = list(dict.fromkeys(row.operation for row in rows.values()))
+    order = sorted(rows.values(), key=lambda row: (operations.index(row.operation), row.layout, row.n))
+    return {(row.operation, row.layout, row.n): row for row in order}
+
+
+def exponent(rows, row, side):
+    tenth = rows.get((row.operation, row.layout, row.n // 10))
+    if tenth is None or row.time(side) is None or tenth.time(side) is None:
+        return None
+    return math.log10(row.time(side) / tenth.time(side))
+
+
+def judge_row(rows, row, limits):
+    """Pairs of a limit's text and a verdict, which is empty where the limit is kept."""
+    ratio, growth, floor_growth = row.ratio(), exponent(rows, row, "library"), exponent(rows, row, "floor")
+    if row.operation.startswith(WHOLE_CURVE):
+        if ratio is not None and row.n in TIMES_THE_FLOOR:
+            yield limits.judge("ratio", ratio, TIMES_THE_FLOOR[row.n])
+        if growth is not None and floor_growth is not None:
+            yield limits.judge("exp", growth, floor_growth + ABOVE_THE_FLOORS_EXPONENT)
+    if row.operation.startswith(ONE_KEY):
+        sizes = [n for operation, layout, n in rows if (operation, layout) == (row.operation, row.layout)]
+        smallest = rows[(row.operation, row.layout, min(sizes))]
+        if row.n == max(sizes) > min(sizes) and row.time("library") and smallest.time("library"):
+            times = row.per_key("library") / smallest.per_key("library")
+            text, verdict = limits.judge("growth", times, ONE_KEY_GROWTH)
+            yield f"{text} (is {times:.2f})", verdict
+    if row.operation in LOOKUPS and row.n <= LOOKUP_KEYS and row.time("library"):
+        yield limits.judge("ns", row.per_key("library"), LOOKUP_NANOSECONDS)
+    if row.operation in XML and ratio is not None:
+        yield limits.judge("ratio", ratio, TIMES_BOOST)
+
+
+def text_of(figure, digits):
+    return "-" if figure is None else f"{figure:.{digits}f}"
+
+
+def print_line(operation, layout, n, figures, judgements):
+    limit = ", ".join(text for text, _ in judgements)
+    verdict = ", ".join(verdict for _, verdict in judgements if verdict) or ("ok" if judgements else "")
+    line = f"{operation:<46} {layout:<16} {n:>8}" + "".join(f" {figure:>9}" for figure in figures)
+    print(f"{line}  {limit:<28} {verdict}".rstrip())
+
+
+def print_rows(rows, limits):
+    print_line("operation", "layout", "n", ("ns/key", "floor", "ratio", "exponent", "floor's"), [("limit", "verdict")])
+    for row in rows.values():
+        figures = (text_of(row.per_key("library"), 1), text_of(row.per_key("floor"), 1), text_of(row.ratio(), 2),
+                   text_of(exponent(rows, row, "library"), 2), text_of(exponent(rows, row, "floor"), 2))
+        print_line(row.operation, row.layout, row.n, figures, list(judge_row(rows, row, limits)))
+
+
+def print_memory(folder, limits):
+    paths = [folder / f"memory-{side}.json" for side in ("library", "floor")]
+    if not all(path.exists() for path in paths):
+        return
+    library, floor = (json.loads(path.read_text()) for path in paths)
+    print()
+    print_line("memory", "", "n", ("bytes/key", "floor", "ratio"), [("limit", "verdict")])
+    for name in ("heap bytes per key", "resident bytes per key"):
+        for n, figure in library[name].items():
+            ratio = figure / floor[name][n]
+            judgements = [limits.judge("ratio", ratio, TIMES_THE_FLOORS_HEAP)] if name.startswith("heap") else []
+            print_line(name, "frame order", n, (text_of(figure, 1), text_of(floor[name][n], 1), text_of(ratio, 2)),
+                       judgements)
+    steps = library["heap bytes after drag steps"]
+    first, last = (steps[step] for step in sorted(steps, key=int))
+    judgement = limits.judge("of the first", last / first, 1.0 + DRAG_MEMORY_GROWTH)
+    for step, figure in steps.items():
+        print_line(f"heap bytes after {step} drag steps", "frame order", 10000, (figure, "", ""),
+                   [judgement] if figure is last else [])
+
+
+def main():
+    folder = pathlib.Path(sys.argv[1])
+    limits = Limits()
+    print_rows(read_rows(folder), limits)
+    print_memory(folder, limits)
+    print(f"\n{limits.met} of {limits.count} limits met")
+    return 0 if limits.met == limits.count else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
