@@ -198,19 +198,24 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
 }
 
 bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {
-    const auto position = _find(pKey);
+    const unsigned int previousGreater = getGreaterIndex();
+    const bool isThere = _translate(pKey, pIndexFinal);
+    _checkGreaterIndexChanged(previousGreater);
+    return isThere;
+}
+
+bool EditableMotionCurve::_translate(EditableMotionCurveKey* key, Index target) {
+    const auto position = _find(key);
     if (position == end()) {
         return false;
     }
-    if (position->first == pIndexFinal) {
+    if (position->first == target) {
         return true;
     }
-    const unsigned int previousGreater = getGreaterIndex();
-    if (!relocate(position.base(), pIndexFinal)) {
+    if (!relocate(position.base(), target)) {
         return false;
     }
-    pKey->_announceIndex(pIndexFinal);
-    _checkGreaterIndexChanged(previousGreater);
+    key->_announceIndex(target);
     return true;
 }
 

@@ -167,7 +167,7 @@ public:
     bool _isInBatch() const noexcept { return _batchDepth != 0; }
 
     /// Makes this curve the key's parent and connects the key's valueChanged(), tangentsChanged() and
-    /// indexChanged(), in this order, to onKeysChanged().
+    /// indexChanged() to onKeysChanged().
     void _connectKey(ZT::EditableMotionCurveKey* key) const;
     /// Makes the key parentless and takes the three connections back.
     void _disconnectKey(ZT::EditableMotionCurveKey* key) const;
@@ -316,6 +316,7 @@ private:
     struct Move;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
+    bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);
     ZT::EditableMotionCurveKey* _release(iterator position);

@@ -127,18 +127,18 @@ void EditableMotionCurve::_moveInOrder(std::vector<Move>&& moves) {
     for (const auto& [from, key, target] : moves) {
         if (_edits(key)) {
             key->setValue(VQ::Math::toFloat(target.y()));
-            translateKey(key, frameFromPosition(target.x()));
+            _translate(key, frameFromPosition(target.x()));
         }
     }
     batch.end();
 }
 
-/// A key on its way to a new frame: with its nodes if it was detached from this curve, without if it is a
+/// A key on its way to a new frame: with its node if it was detached from this curve, without if it is a
 /// newcomer.
 struct EditableMotionCurve::Placement {
+    DetachedKey detached;
     EditableMotionCurveKey* key;
     Index target;
-    DetachedKey detached;
     bool isNewcomer;
 };
 
@@ -148,17 +148,15 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     placements.reserve(static_cast<std::size_t>(keysPos.size()));
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
-        if (key == nullptr || (key->getParentCurve() != nullptr && !_edits(key))) {
-            continue;
+        if (_holds(key)) {
+            placements.push_back({detach(findKey(*key->_record())), key, entry.value(), false});
+        } else if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key))) {
+            placements.push_back({DetachedKey(), key, entry.value(), true});
         }
-        const auto position = _find(key);
-        const bool isNewcomer = position == end();
-        placements.push_back(
-            {key, entry.value(), isNewcomer ? DetachedKey() : detach(position.base()), isNewcomer});
     }
 
     std::vector<EditableMotionCurveKey*> failedKeys;
-    for (auto& [key, target, detached, isNewcomer] : placements) {
+    for (auto& [detached, key, target, isNewcomer] : placements) {
         if (isNewcomer && findBeside(target) == MotionCurve::end()) {
             MotionCurve::insert(target, key->_record());
             key->_announceIndex(target);

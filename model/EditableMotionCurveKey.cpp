@@ -42,8 +42,12 @@ float angle(float x, float y) noexcept {
     return std::atan2(y, x);
 }
 
-Position2D polar(float direction, float length) noexcept {
-    return {std::cos(direction) * length, std::sin(direction) * length};
+Position2D unitVector(float direction) noexcept {
+    return {std::cos(direction), std::sin(direction)};
+}
+
+Position2D scaled(const Position2D& point, float factor) noexcept {
+    return {point.x * factor, point.y * factor};
 }
 
 Position2D opposite(const Position2D& point) noexcept {
@@ -246,9 +250,9 @@ void EditableMotionCurveKey::_onTangentTypeChanged() {
     } else if (_smooth) {
         // Deliberate: the plain mean of two angles. Directions on either side of a half turn average to the
         // opposite direction; see handlesThatStraddleAHalfTurnAverageToTheOppositeDirection().
-        const float mean = (angle(-left.x, -left.y) + angle(right.x, right.y)) * 0.5F;
-        left = opposite(polar(mean, left.norm()));
-        right = polar(mean, right.norm());
+        const Position2D mean = unitVector((angle(-left.x, -left.y) + angle(right.x, right.y)) * 0.5F);
+        left = opposite(scaled(mean, left.norm()));
+        right = scaled(mean, right.norm());
     }
 }
 
@@ -289,8 +293,8 @@ void EditableMotionCurveKey::_onTangentParamChanged(TangentSide side) {
         other = opposite(own);
     } else if (_smooth) {
         // The direction of the outgoing handle, whichever of the two was moved.
-        const float direction = fromLeft ? angle(-own.x, -own.y) : angle(own.x, own.y);
-        const Position2D outgoing = polar(direction, other.norm());
+        const Position2D direction = unitVector(fromLeft ? angle(-own.x, -own.y) : angle(own.x, own.y));
+        const Position2D outgoing = scaled(direction, other.norm());
         other = fromLeft ? outgoing : opposite(outgoing);
     }
 }
@@ -309,15 +313,15 @@ bool EditableMotionCurveKey::_applyFlag(bool& flag, bool newFlag) {
 }
 
 // Deliberate: the flags' signals stand for the tangents too; see
-// aFlagThatForcesTheTypesEmitsOnlyItsOwnSignal().
+// aFlagThatForcesTheTypesEmitsOnlyItsOwnSignal(). No curve listens to them.
 void EditableMotionCurveKey::setSmooth(bool pSmooth) {
-    if (_applyFlag(_smooth, pSmooth)) {
+    if (_applyFlag(_smooth, pSmooth) && _isHeardByOthers) {
         Q_EMIT smoothChanged(pSmooth);
     }
 }
 
 void EditableMotionCurveKey::setSymmetrical(bool pSymmetrical) {
-    if (_applyFlag(_symmetrical, pSymmetrical)) {
+    if (_applyFlag(_symmetrical, pSymmetrical) && _isHeardByOthers) {
         Q_EMIT symmetricalChanged(pSymmetrical);
     }
 }

@@ -1,6 +1,5 @@
 #include "base/animation/AnimationXml.h"
 
-#include "base/animation/TreeItems.h"
 #include "base/animation/XmlNesting.h"
 
 #include <boost/property_tree/xml_parser.hpp>
@@ -9,20 +8,17 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
-#include <utility>
 
 namespace VQ::Animation {
 
 namespace PropertyTree = boost::property_tree;
 
+// write_xml() wants a document with the root element in it, and so a copy of the whole tree, which costs as
+// much as writing it. The element is written as that function would write it.
 void writeAnimationXml(std::ostream& stream, const PropertyTree::ptree& animation) {
-    writeAnimationXml(stream, PropertyTree::ptree(animation));
-}
-
-void writeAnimationXml(std::ostream& stream, PropertyTree::ptree&& animation) {
-    PropertyTree::ptree document;
-    TreeItems::append(document, "animation", std::move(animation));
-    PropertyTree::write_xml(stream, document, PropertyTree::xml_writer_make_settings<std::string>(' ', 2));
+    const auto settings = PropertyTree::xml_writer_make_settings<std::string>(' ', 2);
+    stream << "<?xml version=\"1.0\" encoding=\"" << settings.encoding << "\"?>\n";
+    PropertyTree::xml_parser::write_xml_element(stream, std::string("animation"), animation, 0, settings);
     if (!stream.flush()) {
         throw std::runtime_error("the animation could not be written");
     }

@@ -9,9 +9,7 @@
 namespace VQ::Animation {
 
 /// Writes an animation's tree as an XML document with the root element "animation", indented by two blanks.
-/// Throws std::runtime_error when the stream fails. The first takes the tree's contents, the second copies
-/// them, which may cost as much as the writing.
-VQ_EXPORT void writeAnimationXml(std::ostream& stream, boost::property_tree::ptree&& animation);
+/// Throws std::runtime_error when the stream fails.
 VQ_EXPORT void writeAnimationXml(std::ostream& stream, const boost::property_tree::ptree& animation);
 
 /// Reads such a document and returns the animation's tree. Throws std::runtime_error, with the line where

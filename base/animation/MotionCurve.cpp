@@ -67,7 +67,7 @@ void MotionCurve::_swapContents(MotionCurve& other) noexcept {
 }
 
 void MotionCurve::_noteManyChanged() noexcept {
-    _lastPlaced = _keys.base().end();
+    _finger = _keys.base().end();
     ++_revision;
 }
 
@@ -83,15 +83,20 @@ MotionCurve::const_iterator MotionCurve::findAtOrBefore(unsigned int frame) cons
     return position == _keys.begin() ? _keys.end() : --position;
 }
 
-// The first place at or behind a frame: at once when it is next to the given place, by search otherwise.
+// The first place at or behind a frame: at once when it is the end or next to the given place, by search
+// otherwise.
 MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Places::iterator beside) {
     Places& places = _keys.base();
-    if (beside != places.end() && beside->first < frame) {
+    const auto end = places.end();
+    if (places.empty() || std::prev(end)->first < frame) {
+        return end;
+    }
+    if (beside != end && beside->first < frame) {
         const auto next = std::next(beside);
-        if (next == places.end() || next->first >= frame) {
+        if (next->first >= frame) {
             return next;
         }
-    } else if (beside == places.begin() || std::prev(beside)->first < frame) {
+    } else if (beside != end && (beside == places.begin() || std::prev(beside)->first < frame)) {
         return beside;
     }
     return places.lower_bound(frame);
@@ -103,7 +108,7 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
         place.mapNumber = _mapNumber;
         place.position = position;
     }
-    _lastPlaced = position;
+    _finger = position;
     ++_revision;
 }
 
@@ -122,7 +127,7 @@ MotionCurve::iterator MotionCurve::insert(unsigned int frame, Key* key) {
     if (_functions->place != nullptr && findKey(*key) != end()) {
         throw std::invalid_argument("the key is already in the motion curve");
     }
-    const auto next = _lowerBound(frame, _lastPlaced);
+    const auto next = _lowerBound(frame, _finger);
     if (next != _keys.base().end() && next->first == frame) {
         throw std::invalid_argument("frame " + std::to_string(frame) + " already holds a key");
     }
@@ -132,14 +137,16 @@ MotionCurve::iterator MotionCurve::insert(unsigned int frame, Key* key) {
 }
 
 MotionCurve::iterator MotionCurve::findBeside(unsigned int frame) {
-    const auto position = _lowerBound(frame, _lastPlaced);
-    return position != _keys.base().end() && position->first == frame ? iterator(position) : end();
+    _finger = _lowerBound(frame, _finger);
+    return _finger != _keys.base().end() && _finger->first == frame ? iterator(_finger) : end();
 }
 
 MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
     const auto leaving = position.base();
     _forgetPlace(leaving);
-    _lastPlaced = std::next(leaving);
+    if (_finger == leaving) {
+        ++_finger;
+    }
     ++_revision;
     DetachedKey detached;
     detached._node = _keys.base().extract(leaving);
@@ -147,7 +154,7 @@ MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
 }
 
 bool MotionCurve::attach(DetachedKey& detached, unsigned int frame) {
-    const auto next = _lowerBound(frame, _lastPlaced);
+    const auto next = _lowerBound(frame, _finger);
     if (next != _keys.base().end() && next->first == frame) {
         return false;
     }

@@ -126,13 +126,13 @@ protected:
     }
     const_iterator findKey(const Key& key) const { return const_cast<MotionCurve*>(this)->findKey(key); }
 
-    /// The key at @p frame, or end(). O(log n), beside the key that was placed last O(1).
+    /// The key at @p frame, or end(). O(log n), beside the key that was placed or sought last O(1).
     iterator findBeside(unsigned int frame);
 
     /// Takes the element out of the map without destroying its key. O(1).
     DetachedKey detach(iterator position) noexcept;
     /// Puts a detached key at @p frame and returns true; false, with the key still in its handle, when the
-    /// frame is taken. O(log n), beside the key that was placed last O(1).
+    /// frame is taken. O(log n), beside the key that was placed or sought last O(1).
     bool attach(DetachedKey& detached, unsigned int frame);
     /// Moves an element to another frame and returns true; false, with nothing done, when the frame is taken.
     /// O(log n), past no other key O(1).
@@ -160,8 +160,8 @@ private:
     Settings _settings;
     const KeyFunctions* _functions;
     KeyMap _keys;
-    std::uint64_t _mapNumber;                          ///< the keys' places name it
-    Places::iterator _lastPlaced = _keys.base().end(); ///< the next key often goes beside it
+    std::uint64_t _mapNumber;                      ///< the keys' places name it
+    Places::iterator _finger = _keys.base().end(); ///< where the last key was placed or sought
     std::size_t _revision = 0;
 };
 

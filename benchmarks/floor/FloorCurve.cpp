@@ -28,7 +28,7 @@ FloorCurve::FloorCurve() = default;
 
 FloorCurve::FloorCurve(const Records& records) {
     for (const auto& [frame, record] : records) {
-        auto* const key = new FloorKey(record);
+        auto* const key = new FloorKey(*record);
         keys.emplace_hint(keys.end(), frame, key);
         _connect(key);
     }

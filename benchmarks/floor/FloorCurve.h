@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -15,7 +16,8 @@ namespace Floor {
 ///
 /// It must stay as fast as it can be. What each operation does, and so may cost:
 ///
-/// - The constructor from records, for each: one object, one map node at the map's end, three connections by
+/// - The constructor from records walks their map, for each: one object, one map node at the map's end, three
+/// connections by
 ///   known method numbers; then the automatic handles of all keys.
 /// - add(): the same for one key, without handles, with keyAdded() and greaterIndexChanged().
 /// - The destructor deletes the keys in frame order.
@@ -41,7 +43,8 @@ class FloorCurve : public QObject {
 public:
     using Keys = std::map<unsigned int, FloorKey*>;
     using Frames = std::vector<std::pair<unsigned int, FloorKey*>>;
-    using Records = std::vector<std::pair<unsigned int, Record>>;
+    /// A plain curve: what there is to wrap.
+    using Records = std::map<unsigned int, std::unique_ptr<Record>>;
 
     FloorCurve();
     explicit FloorCurve(const Records& records);

@@ -28,7 +28,7 @@ Record recordOf(std::size_t i) {
 std::shared_ptr<FloorCurve::Records> makeRecords(std::size_t n) {
     auto records = std::make_shared<FloorCurve::Records>();
     for (std::size_t i = 0; i < n; ++i) {
-        records->emplace_back(Bench::gapFrame(i), recordOf(i));
+        records->emplace(Bench::gapFrame(i), std::make_unique<Record>(recordOf(i)));
     }
     return records;
 }
@@ -86,10 +86,14 @@ Operation FloorCurveOperations::wrapping(const Setting& setting) const {
 
 Operation FloorCurveOperations::building(const Setting& setting) const {
     const auto curve = std::make_shared<std::unique_ptr<FloorCurve>>();
-    const auto build = [curve, records = makeRecords(setting.n)] {
+    std::vector<Record> records;
+    for (std::size_t i = 0; i < setting.n; ++i) {
+        records.push_back(recordOf(i));
+    }
+    const auto build = [curve, records = std::move(records)] {
         *curve = std::make_unique<FloorCurve>();
-        for (const auto& [frame, record] : *records) {
-            (*curve)->add(frame, new FloorKey(record));
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            (*curve)->add(Bench::gapFrame(i), new FloorKey(records[i]));
         }
     };
     return {build, [=] { curve->reset(); }};

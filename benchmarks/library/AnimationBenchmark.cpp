@@ -63,14 +63,11 @@ Operation deserializing() {
     return {[=] { animation->deserialize(treeOfAnimation()); }, [animation] { animation->clear(); }};
 }
 
-// Takes the tree, so that each turn needs a new one.
 Operation writing() {
-    const auto tree = std::make_shared<PropertyTree::ptree>();
-    return {[=] {
-                std::ostringstream stream;
-                VQ::Animation::writeAnimationXml(stream, std::move(*tree));
-            },
-            [] {}, [=] { *tree = treeOfAnimation(); }};
+    return {[] {
+        std::ostringstream stream;
+        VQ::Animation::writeAnimationXml(stream, treeOfAnimation());
+    }};
 }
 
 Operation reading() {

@@ -4,10 +4,11 @@
 
 int main() {
     const auto makePlain = [](std::size_t n) {
-        Floor::FloorCurve::Records records(n);
+        Floor::FloorCurve::Records records;
         for (std::size_t i = 0; i < n; ++i) {
-            records[i].first = Bench::gapFrame(i);
-            records[i].second.value = Bench::waveValue(i);
+            auto record = std::make_unique<Floor::Record>();
+            record->value = Bench::waveValue(i);
+            records.emplace(Bench::gapFrame(i), std::move(record));
         }
         return records;
     };

@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/xml_parser.hpp>
+
 #include <fstream>
 #include <sstream>
 
@@ -46,6 +48,17 @@ private slots:
         Animation copy;
         QVERIFY(copy.deserialize(fromXml(toXml(animation.serialize()))));
         QCOMPARE(Records::of(copy), Records::of(animation));
+    }
+
+    void theFileIsWhatThePropertyTreesOwnWriterMakesOfTheDocument() {
+        for (const Animation& animation : {Animation(), Records::makeAnimation()}) {
+            Tree document;
+            document.put_child("animation", animation.serialize());
+            std::ostringstream stream;
+            boost::property_tree::write_xml(
+                stream, document, boost::property_tree::xml_writer_make_settings<std::string>(' ', 2));
+            QCOMPARE(toXml(animation.serialize()), stream.str());
+        }
     }
 
     void anAnimationWithoutLayersReadsBack() {
