@@ -325,7 +325,7 @@ private:
     }
     template <class Saved, class Restore>
     void _restoreEach(const Saved& saved, Restore restore);
-    void _moveInOrder(std::vector<Move>&& moves);
+    void _moveInOrder(const std::vector<Move>& moves);
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

@@ -3,9 +3,7 @@
 #include "base/math/Narrowing.h"
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/FrameConversion.h"
-
-#include <algorithm>
-#include <cstdint>
+#include "model/FrameOrder.h"
 
 namespace ZT {
 
@@ -62,37 +60,20 @@ private:
     Batch _batch;
 };
 
-namespace {
-
-// Keys that lie in memory in the order of their frames come sorted. Otherwise numbers are sorted, each made
-// of a move's frame and its place in the list, which is several times faster than moving the moves
-// themselves.
-template <class Moves>
-void sortByFrame(Moves& moves) {
-    if (std::is_sorted(moves.begin(), moves.end(),
-                       [](const auto& a, const auto& b) { return a.from < b.from; })) {
-        return;
-    }
-    std::vector<std::uint64_t> order;
-    order.reserve(moves.size());
-    for (const auto& move : moves) {
-        order.push_back(std::uint64_t{move.from} << 32U | order.size());
-    }
-    std::sort(order.begin(), order.end());
-    Moves sorted;
-    sorted.reserve(moves.size());
-    for (const std::uint64_t frameAndPlace : order) {
-        sorted.push_back(moves[static_cast<std::uint32_t>(frameAndPlace)]);
-    }
-    moves.swap(sorted);
-}
-
-} // namespace
-
 struct EditableMotionCurve::Move {
     Index from;
     EditableMotionCurveKey* key;
     QPointF target;
+};
+
+/// A key on its way to a new frame: with its node if it was detached from this curve, without if it is a
+/// newcomer.
+struct EditableMotionCurve::Placement {
+    Index from;
+    Index target;
+    EditableMotionCurveKey* key;
+    DetachedKey detached;
+    bool isNewcomer;
 };
 
 void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
@@ -101,7 +82,7 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
         moves.push_back({index(entry.key()), entry.key(), entry.value()});
     }
-    _moveInOrder(std::move(moves));
+    _moveInOrder(moves);
 }
 
 void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
@@ -110,21 +91,23 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
     for (const auto& [key, target] : keyMoves) {
         moves.push_back({index(key), key, target});
     }
-    _moveInOrder(std::move(moves));
+    _moveInOrder(moves);
 }
 
-void EditableMotionCurve::_moveInOrder(std::vector<Move>&& moves) {
+void EditableMotionCurve::_moveInOrder(const std::vector<Move>& moves) {
     BatchWithFrames batch(*this);
     if (moves.empty()) {
         // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
         batch.leaveRaised();
         return;
     }
-    sortByFrame(moves);
-    if (moves.front().from < frameFromPosition(moves.front().target.x())) {
-        std::reverse(moves.begin(), moves.end());
+    FrameOrder order(moves);
+    const Move& first = moves[*order.begin()];
+    if (first.from < frameFromPosition(first.target.x())) {
+        order.reverse();
     }
-    for (const auto& [from, key, target] : moves) {
+    for (const std::size_t position : order) {
+        const auto& [from, key, target] = moves[position];
         if (_edits(key)) {
             key->setValue(VQ::Math::toFloat(target.y()));
             _translate(key, frameFromPosition(target.x()));
@@ -133,30 +116,26 @@ void EditableMotionCurve::_moveInOrder(std::vector<Move>&& moves) {
     batch.end();
 }
 
-/// A key on its way to a new frame: with its node if it was detached from this curve, without if it is a
-/// newcomer.
-struct EditableMotionCurve::Placement {
-    DetachedKey detached;
-    EditableMotionCurveKey* key;
-    Index target;
-    bool isNewcomer;
-};
-
 void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     BatchWithFrames batch(*this);
     std::vector<Placement> placements;
     placements.reserve(static_cast<std::size_t>(keysPos.size()));
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
-        if (_holds(key)) {
-            placements.push_back({detach(findKey(*key->_record())), key, entry.value(), false});
-        } else if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key))) {
-            placements.push_back({DetachedKey(), key, entry.value(), true});
+        if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key) || _holds(key))) {
+            placements.push_back({index(key), entry.value(), key, DetachedKey(), !_holds(key)});
+        }
+    }
+    // Neighbours leave one after the other: taking nodes out of a tree here and there is slow.
+    for (const std::size_t position : FrameOrder(placements)) {
+        Placement& placement = placements[position];
+        if (!placement.isNewcomer) {
+            placement.detached = detach(findKey(*placement.key->_record()));
         }
     }
 
     std::vector<EditableMotionCurveKey*> failedKeys;
-    for (auto& [detached, key, target, isNewcomer] : placements) {
+    for (auto& [from, target, key, detached, isNewcomer] : placements) {
         if (isNewcomer && findBeside(target) == MotionCurve::end()) {
             MotionCurve::insert(target, key->_record());
             key->_announceIndex(target);

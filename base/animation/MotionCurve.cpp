@@ -3,7 +3,9 @@
 #include "base/animation/KeySerialization.h"
 #include "base/animation/TreeItems.h"
 
+#include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <iterator>
 #include <memory>
 #include <stdexcept>
@@ -110,6 +112,20 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
     }
     _finger = position;
     ++_revision;
+    assert(_placesAreRight(position));
+}
+
+// Whether keys know their places. Of a small curve each is asked, of a large one the one at the given
+// position: work on it would become quadratic.
+bool MotionCurve::_placesAreRight(Places::iterator position) {
+    constexpr std::size_t small = 100;
+    const bool isSmall = size() <= small;
+    const auto last = isSmall ? _keys.base().end() : std::next(position);
+    return _functions->place == nullptr ||
+           std::all_of(isSmall ? _keys.base().begin() : position, last, [&](const auto& element) {
+               const KeyPlace& place = _functions->place(*static_cast<const Key*>(element.second));
+               return isHere(place) ? &*place.position == &element : place.mapNumber != 0;
+           });
 }
 
 // A key that another curve took in stands there, although this curve holds it too.
@@ -150,6 +166,7 @@ MotionCurve::DetachedKey MotionCurve::detach(iterator position) noexcept {
     ++_revision;
     DetachedKey detached;
     detached._node = _keys.base().extract(leaving);
+    assert(_keys.empty() || _placesAreRight(_keys.base().begin()));
     return detached;
 }
 

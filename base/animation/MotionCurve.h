@@ -154,6 +154,7 @@ private:
     void _notePlaced(Places::iterator position) noexcept;
     void _forgetPlace(Places::iterator position) noexcept;
     void _noteManyChanged() noexcept;
+    bool _placesAreRight(Places::iterator position);
     void _swapContents(MotionCurve& other) noexcept;
     void _read(const boost::property_tree::ptree& tree);
 
