@@ -30,28 +30,29 @@ TIMES_THE_FLOORS_HEAP = 1.15
 # A drag's later steps add at most this part of what is in use after its first one.
 DRAG_MEMORY_GROWTH = 0.01
 
-PROGRAMS = ("floor", "curve", "commands", "evaluation", "captures", "animation")  # the table's order
+PROGRAMS = ("floor", "curve", "commands", "evaluation", "captures", "animation")
 FLOOR_PREFIX = "floor: "  # marks a row of a library program that measures what its namesake is compared with
 
 
 class Row:
-    """One operation at one size: the median times of its rounds, in nanoseconds for all of its keys."""
+    """One operation at one size: its times by round, in nanoseconds for all of its keys."""
 
     def __init__(self, operation, layout, n):
         self.operation, self.layout, self.n = operation, layout, n
         self.keys = 1.0
-        self.times = {"library": [], "floor": []}
-
-    def time(self, side):
-        return statistics.median(self.times[side]) if self.times[side] else None
+        self.times = {"library": {}, "floor": {}}
 
     def per_key(self, side):
-        time = self.time(side)
-        return None if time is None else time / self.keys
+        return statistics.median(self.times[side].values()) / self.keys if self.times[side] else None
 
     def ratio(self):
-        library, floor = self.time("library"), self.time("floor")
-        return library / floor if library and floor else None
+        """Library to floor, of what was measured in the same round."""
+        return median_quotient(self.times["library"], self.times["floor"])
+
+
+def median_quotient(times, others):
+    quotients = [times[i] / others[i] for i in times.keys() & others.keys()]
+    return statistics.median(quotients) if quotients else None
 
 
 class Limits:
@@ -63,51 +64,52 @@ class Limits:
     def judge(self, name, figure, limit):
         self.count += 1
         self.met += figure <= limit
-        return f"{name} {limit:.2f}", "" if figure <= limit else f"{name} EXCEEDED"
+        return f"{name} {limit:.2f}", "" if figure <= limit else f"{name} {figure:.2f} EXCEEDED"
 
 
 def read_rows(folder):
     """All rows, by operation, layout and number of keys; an operation's rows stand together, the small ones first."""
     rows = {}
-    for program in PROGRAMS:
-        for path in sorted(folder.glob(f"{program}-[0-9]*.json")):
-            text = path.read_text()
-            for entry in json.loads(text)["benchmarks"] if text.strip() else []:
-                name = entry["run_name"].split("/iterations:")[0]
-                side = "floor" if program == "floor" or name.startswith(FLOOR_PREFIX) else "library"
-                operation, size = name.removeprefix(FLOOR_PREFIX).split("|")
-                layout, n = size.rsplit("/", 1)
-                row = rows.setdefault((operation, layout, int(n)), Row(operation, layout, int(n)))
+    paths = [path for program in PROGRAMS for path in folder.glob(f"{program}-*.json")]
+    numbered = [(*(int(number) for number in path.stem.split("-")[1:]), path) for path in paths]
+    for measured_in, _, path in sorted(numbered, key=lambda each: each[:2]):
+        for entry in json.loads(path.read_text())["benchmarks"]:
+            name = entry["run_name"].split("/iterations:")[0]
+            side = "floor" if path.stem.startswith("floor-") or name.startswith(FLOOR_PREFIX) else "library"
+            operation, size = name.removeprefix(FLOOR_PREFIX).split("|")
+            layout, n = size.rsplit("/", 1)
+            row = rows.setdefault((operation, layout, int(n)), Row(operation, layout, int(n)))
+            if "median" in entry:  # missing where the row was skipped
                 row.keys = entry["keys"]
-                row.times[side].append(entry["median"])
+                row.times[side][measured_in] = entry["median"]
     operations = list(dict.fromkeys(row.operation for row in rows.values()))
     order = sorted(rows.values(), key=lambda row: (operations.index(row.operation), row.layout, row.n))
-    return {(row.operation, row.layout, row.n): row for row in order}
+    return {(row.operation, row.layout, row.n): row for row in order if row.times["library"]}
 
 
 def exponent(rows, row, side):
     tenth = rows.get((row.operation, row.layout, row.n // 10))
-    if tenth is None or row.time(side) is None or tenth.time(side) is None:
-        return None
-    return math.log10(row.time(side) / tenth.time(side))
+    growth = median_quotient(row.times[side], tenth.times[side]) if tenth else None
+    return None if growth is None else math.log10(growth)
 
 
 def judge_row(rows, row, limits):
     """Pairs of a limit's text and a verdict, which is empty where the limit is kept."""
-    ratio, growth, floor_growth = row.ratio(), exponent(rows, row, "library"), exponent(rows, row, "floor")
+    ratio, tenth = row.ratio(), rows.get((row.operation, row.layout, row.n // 10))
     if row.operation.startswith(WHOLE_CURVE):
         if ratio is not None and row.n in TIMES_THE_FLOOR:
             yield limits.judge("ratio", ratio, TIMES_THE_FLOOR[row.n])
-        if growth is not None and floor_growth is not None:
-            yield limits.judge("exp", growth, floor_growth + ABOVE_THE_FLOORS_EXPONENT)
+        if ratio is not None and tenth is not None and tenth.ratio() is not None:
+            # The quotient of two ratios is the difference of two exponents, and shares the rounds' pairs.
+            yield limits.judge("exp above", math.log10(ratio / tenth.ratio()), ABOVE_THE_FLOORS_EXPONENT)
     if row.operation.startswith(ONE_KEY):
         sizes = [n for operation, layout, n in rows if (operation, layout) == (row.operation, row.layout)]
         smallest = rows[(row.operation, row.layout, min(sizes))]
-        if row.n == max(sizes) > min(sizes) and row.time("library") and smallest.time("library"):
+        if row.n == max(sizes) > min(sizes):
             times = row.per_key("library") / smallest.per_key("library")
             text, verdict = limits.judge("growth", times, ONE_KEY_GROWTH)
             yield f"{text} (is {times:.2f})", verdict
-    if row.operation in LOOKUPS and row.n <= LOOKUP_KEYS and row.time("library"):
+    if row.operation in LOOKUPS and row.n <= LOOKUP_KEYS:
         yield limits.judge("ns", row.per_key("library"), LOOKUP_NANOSECONDS)
     if row.operation in XML and ratio is not None:
         yield limits.judge("ratio", ratio, TIMES_BOOST)

@@ -14,7 +14,7 @@ namespace Bench {
 
 namespace {
 
-constexpr std::size_t keysPerRow = 100000;
+constexpr std::size_t keysPerRow = 200000;
 constexpr std::size_t fewestRepetitions = 3;
 
 // The C library keeps small free blocks apart until a large one is wanted, and hands the last freed one out
