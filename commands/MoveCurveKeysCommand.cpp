@@ -51,8 +51,7 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
     EditableMotionCurve* last = nullptr;
     KeyMoves* targets = nullptr;
     Origins* origins = nullptr;
-    auto left = static_cast<std::size_t>(positions.size());
-    for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry, --left) {
+    for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
         EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
         if (curve == nullptr) {
@@ -62,10 +61,6 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
             last = curve;
             targets = &_targets[curve];
             origins = &_origins[curve];
-            if (targets->empty()) {
-                targets->reserve(std::min(left, curve->size()));
-                origins->reserve(std::min(left, curve->size()));
-            }
         }
         targets->emplace_back(key, entry.value());
         origins->push_back({key, index(key), key->getValue()});
@@ -136,7 +131,8 @@ bool MoveCurveKeysCommand::mergeWith(const QUndoCommand* other) {
     if (!isOpen || next == nullptr || next->id() != id() || !movesSameKeys(_targets, next->_targets)) {
         return false;
     }
-    _targets = next->_targets;
+    CurvesTargets targets = next->_targets;
+    _targets.swap(targets);
     _mergeState.accept(next->_mergeState);
     return true;
 }

@@ -80,10 +80,11 @@ std::set<unsigned int> EditableMotionCurve::getIndexList() const {
 }
 
 unsigned int EditableMotionCurve::getIndexOf(const EditableMotionCurveKey* key) const {
-    if (!_holds(key)) {
+    const auto position = _find(key);
+    if (position == end()) {
         throw EditableMotionCurveKeyNotFound();
     }
-    return key->_placement().position->first;
+    return position->first;
 }
 
 const EditableMotionCurveKey* EditableMotionCurve::getPreviousKey(const EditableMotionCurveKey* key) const {
@@ -154,12 +155,18 @@ bool EditableMotionCurve::deserialize(const boost::property_tree::ptree& tree) {
 
 void EditableMotionCurve::updateBezierAutoTangents() {
     using Placed = EditableMotionCurveKey::Placed;
+    // A slot may move a key on and on: the pass ends where the curve ended at first.
+    const unsigned int greatest = getGreaterIndex();
     Placed previous;
-    for (auto position = begin(); position != end();) {
+    for (auto position = begin(); position != end() && position->first <= greatest;) {
         const auto [frame, key] = *position;
         const Placed next = ++position != end() ? Placed(*position) : Placed();
         const std::size_t before = revision();
-        key->_updateBezierAutoTangents(previous, frame, next);
+        if (_edits(key)) {
+            key->_updateBezierAutoTangents(previous, frame, next);
+        } else {
+            key->updateBezierAutoTangents(); // It asks its own parent.
+        }
         previous = {frame, key};
         if (revision() != before) {
             // A slot moved keys: on behind this frame, wherever keys stand now.

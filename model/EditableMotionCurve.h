@@ -60,7 +60,7 @@ public:
     using KeysIndexMap = QMap<ZT::EditableMotionCurveKey*, unsigned int>;
     /// x is the frame, y the value.
     using KeyPosMap = QMap<ZT::EditableMotionCurveKey*, QPointF>;
-    /// The same for keys in any order.
+    /// The same as a list.
     using KeyMoves = std::vector<std::pair<ZT::EditableMotionCurveKey*, QPointF>>;
     using KeysSet = QSet<ZT::EditableMotionCurveKey*>;
     /// Ends of handles relative to their key: frames, then value units.
@@ -125,7 +125,8 @@ public:
     /// All frames that hold a key, ascending. O(n).
     std::set<unsigned int> getIndexList() const;
 
-    /// The key's frame. Throws EditableMotionCurveKeyNotFound when this curve does not hold it. O(1).
+    /// The key's frame. Throws EditableMotionCurveKeyNotFound when this curve does not hold it. The key must
+    /// be alive, here as in the lookups below. O(1).
     unsigned int getIndexOf(const ZT::EditableMotionCurveKey* key) const;
 
     /// The key before the given one; null for the first key and for one that this curve does not hold. O(1).
@@ -143,18 +144,16 @@ public:
     /// The curve's value at @p frame, also between frames; see VQ::Animation::evaluate(). O(log n).
     float valueAt(double frame) const;
 
-    /// The given key, or end(); never throws. O(1).
+    /// The given key, which must be alive, or end(); never throws. O(1).
     iterator _find(const ZT::EditableMotionCurveKey* key) {
-        return _toEditableIterator(_holds(key) ? findKey(*key->_record()) : MotionCurve::end());
+        return _toEditableIterator(key != nullptr ? findKey(*key->_record()) : MotionCurve::end());
     }
     const_iterator _find(const ZT::EditableMotionCurveKey* key) const {
-        return _toEditableIterator(_holds(key) ? findKey(*key->_record()) : MotionCurve::end());
+        return _toEditableIterator(key != nullptr ? findKey(*key->_record()) : MotionCurve::end());
     }
 
-    /// Whether the given key stands in this curve. O(1).
-    bool _holds(const ZT::EditableMotionCurveKey* key) const noexcept {
-        return key != nullptr && isHere(key->_placement());
-    }
+    /// Whether the given key, which must be alive, stands in this curve. O(1).
+    bool _holds(const ZT::EditableMotionCurveKey* key) const { return _find(key) != end(); }
 
     iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
         return iterator(position, ToEditable());
@@ -172,7 +171,7 @@ public:
     /// Makes the key parentless and takes the three connections back.
     void _disconnectKey(ZT::EditableMotionCurveKey* key) const;
 
-    /// moveKeys() with at least one key; each key only once.
+    /// The same as moveKeys(); each key only once.
     void _moveKeys(const KeyMoves& moves);
 
     /// Writes the handles of keys of this curve back past all rules (see the key's function of that name) as
@@ -313,7 +312,6 @@ private:
     class Batch;
     class BatchWithFrames;
     struct Placement;
-    struct Move;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
@@ -325,7 +323,11 @@ private:
     }
     template <class Saved, class Restore>
     void _restoreEach(const Saved& saved, Restore restore);
-    void _moveInOrder(const std::vector<Move>& moves);
+    /// ZT::index(), at once for a key of this curve.
+    Index _frameOf(const EditableMotionCurveKey* key) const {
+        const bool isAtHand = _edits(key) && isHere(key->_placement());
+        return isAtHand ? key->_placement().position->first : index(key);
+    }
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

@@ -60,54 +60,38 @@ private:
     Batch _batch;
 };
 
-struct EditableMotionCurve::Move {
-    Index from;
-    EditableMotionCurveKey* key;
-    QPointF target;
-};
-
 /// A key on its way to a new frame: with its node if it was detached from this curve, without if it is a
 /// newcomer.
 struct EditableMotionCurve::Placement {
-    Index from;
-    Index target;
     EditableMotionCurveKey* key;
+    Index target;
     DetachedKey detached;
     bool isNewcomer;
 };
 
 void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
-    std::vector<Move> moves;
+    KeyMoves moves;
     moves.reserve(static_cast<std::size_t>(keysPos.size()));
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
-        moves.push_back({index(entry.key()), entry.key(), entry.value()});
+        moves.emplace_back(entry.key(), entry.value());
     }
-    _moveInOrder(moves);
+    _moveKeys(moves);
 }
 
-void EditableMotionCurve::_moveKeys(const KeyMoves& keyMoves) {
-    std::vector<Move> moves;
-    moves.reserve(keyMoves.size());
-    for (const auto& [key, target] : keyMoves) {
-        moves.push_back({index(key), key, target});
-    }
-    _moveInOrder(moves);
-}
-
-void EditableMotionCurve::_moveInOrder(const std::vector<Move>& moves) {
+void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
     BatchWithFrames batch(*this);
     if (moves.empty()) {
         // Deliberate: see movingNothingLeavesTheBatchDepthRaised().
         batch.leaveRaised();
         return;
     }
-    FrameOrder order(moves);
-    const Move& first = moves[*order.begin()];
-    if (first.from < frameFromPosition(first.target.x())) {
+    FrameOrder order(moves, [this](const auto& move) { return _frameOf(move.first); });
+    const auto& [first, firstTarget] = moves[*order.begin()];
+    if (_frameOf(first) < frameFromPosition(firstTarget.x())) {
         order.reverse();
     }
     for (const std::size_t position : order) {
-        const auto& [from, key, target] = moves[position];
+        const auto& [key, target] = moves[position];
         if (_edits(key)) {
             key->setValue(VQ::Math::toFloat(target.y()));
             _translate(key, frameFromPosition(target.x()));
@@ -122,12 +106,13 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     placements.reserve(static_cast<std::size_t>(keysPos.size()));
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
-        if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key) || _holds(key))) {
-            placements.push_back({index(key), entry.value(), key, DetachedKey(), !_holds(key)});
+        if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key))) {
+            placements.push_back({key, entry.value(), DetachedKey(), !_holds(key)});
         }
     }
     // Neighbours leave one after the other: taking nodes out of a tree here and there is slow.
-    for (const std::size_t position : FrameOrder(placements)) {
+    const FrameOrder order(placements, [this](const Placement& each) { return _frameOf(each.key); });
+    for (const std::size_t position : order) {
         Placement& placement = placements[position];
         if (!placement.isNewcomer) {
             placement.detached = detach(findKey(*placement.key->_record()));
@@ -135,7 +120,7 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     }
 
     std::vector<EditableMotionCurveKey*> failedKeys;
-    for (auto& [from, target, key, detached, isNewcomer] : placements) {
+    for (auto& [key, target, detached, isNewcomer] : placements) {
         if (isNewcomer && findBeside(target) == MotionCurve::end()) {
             MotionCurve::insert(target, key->_record());
             key->_announceIndex(target);

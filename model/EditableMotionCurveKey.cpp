@@ -89,8 +89,9 @@ bool readFlag(const Tree& tree, const char* attribute) {
         .get_value_or(false);
 }
 
+// A path and a stream for each flag would cost more than all the rest of the key.
 void writeFlag(Tree& tree, const char* attribute) {
-    tree.put(std::string("<xmlattr>.") + attribute, true, FlagTranslator(std::locale::classic()));
+    tree.find("<xmlattr>")->second.push_back({attribute, Tree("true")});
 }
 
 // A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
@@ -132,6 +133,7 @@ void EditableMotionCurveKey::_connectTo(EditableMotionCurve* curve) {
 }
 
 void EditableMotionCurveKey::_disconnectFrom(const EditableMotionCurve* curve) {
+    _isHeardByOthers = _isHeardByOthers || _parentCurve != curve;
     _parentCurve = nullptr;
     for (const int signal : CurveConnections::get().signalIndices) {
         QMetaObject::disconnect(this, signal, curve, CurveConnections::get().slotIndex);
@@ -143,9 +145,12 @@ void EditableMotionCurveKey::connectNotify(const QMetaMethod& /*signal*/) {
 }
 
 // While a batch runs, the parent curve ignores its keys: a signal that nobody else has ever connected to need
-// not be sent. A drag of thousands of keys is mostly such signals.
-bool EditableMotionCurveKey::_isHeard() const noexcept {
-    return _isHeardByOthers || _parentCurve == nullptr || !_parentCurve->_isInBatch();
+// not be sent, and a drag of thousands of keys is mostly such signals. Only a debugger's hook into all of
+// Qt's signals could tell. The curve is asked only where it holds the key: one that merely made it may be
+// gone.
+bool EditableMotionCurveKey::_isHeard() const {
+    return _isHeardByOthers || _place.mapNumber == 0 || _parentCurve == nullptr ||
+           !_parentCurve->_holds(this) || !_parentCurve->_isInBatch();
 }
 
 void EditableMotionCurveKey::_announceValue() {
@@ -428,7 +433,11 @@ bool EditableMotionCurveKey::_restoreValue(float pValue) {
 
 unsigned int index(const EditableMotionCurveKey* key) {
     const EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
-    return curve != nullptr && curve->_holds(key) ? key->_placement().position->first : 0U;
+    if (curve == nullptr) {
+        return 0U;
+    }
+    const auto position = curve->_find(key);
+    return position == curve->end() ? 0U : position->first;
 }
 
 QString interpolTypeToString(InterpolationType type) {

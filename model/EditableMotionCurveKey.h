@@ -50,7 +50,7 @@ public:
     /// The curve that holds the key, or null.
     EditableMotionCurve* getParentCurve() const noexcept { return _parentCurve; }
 
-    /// Stores the pointer and nothing else. A curve that takes the key in or lets it go uses the next two.
+    /// Stores the pointer. A curve that takes the key in or lets it go uses the next two.
     void _setParentCurve(EditableMotionCurve* curve) noexcept {
         _parentCurve = curve;
         _isHeardByOthers = true; // Who is connected cannot be known here.
@@ -180,7 +180,7 @@ private:
         return static_cast<const EditableMotionCurveKey*>(record);
     }
 
-    bool _isHeard() const noexcept;
+    bool _isHeard() const;
     void _announceValue();
     void _announceTangents();
     bool _hasAutoTangents() const noexcept;
@@ -196,7 +196,7 @@ private:
     EditableMotionCurve* _parentCurve = nullptr;
     bool _smooth = false;
     bool _symmetrical = false;
-    bool _isHeardByOthers = false; ///< once by others than the parent curve, always
+    bool _isHeardByOthers = false; ///< others than the parent curve may listen; never taken back
 };
 
 /// The key's frame in its curve; 0 for null, for a key in no curve and for one that its curve does not hold.

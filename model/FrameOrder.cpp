@@ -8,6 +8,11 @@ namespace ZT {
 
 // Radix sort by the frames' bytes, the lowest first. A byte that is the same in all frames is passed over.
 void FrameOrder::_sort() {
+    constexpr std::size_t few = 256;
+    if (_numbers.size() < few) {
+        std::sort(_numbers.begin(), _numbers.end());
+        return;
+    }
     constexpr unsigned int byteBits = 8;
     constexpr std::size_t bytes = 256;
     std::vector<std::uint64_t> sorted(_numbers.size());

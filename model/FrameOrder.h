@@ -8,18 +8,20 @@
 
 namespace ZT {
 
-/// The positions of a list's items in ascending order of their frames ("from"); items of one frame keep their
+/// The positions of a list's items in ascending order of their frames; items of one frame keep their
 /// order. O(n): containers of keys are walked in the order of addresses, which often is not that of frames,
 /// and sorting by comparison would cost more than moving the keys.
 class ZT_MODEL_EXPORT FrameOrder {
 public:
-    template <class Items>
-    explicit FrameOrder(const Items& items) {
+    /// @p frameOf gives an item's frame.
+    template <class Items, class FrameOf>
+    FrameOrder(const Items& items, FrameOf frameOf) {
         _numbers.reserve(items.size());
         bool isOrdered = true;
         std::uint64_t last = 0;
         for (const auto& item : items) {
-            const std::uint64_t number = std::uint64_t{item.from} << 32U | _numbers.size();
+            const std::uint64_t frame = frameOf(item);
+            const std::uint64_t number = frame << 32U | _numbers.size();
             isOrdered = isOrdered && last <= number;
             last = number;
             _numbers.push_back(number);

@@ -18,7 +18,12 @@ struct KeyPlace {
     /// The map under a curve's pointer map.
     using Map = std::map<unsigned int, void*, std::less<>>;
 
-    std::uint64_t mapNumber = 0; ///< 0 for a key that stands nowhere
+    KeyPlace() noexcept
+        : mapNumber(0)
+        , wasShared(0) {}
+
+    std::uint64_t mapNumber : 63; ///< of no map where the key stands nowhere
+    std::uint64_t wasShared : 1;  ///< once held by two curves, of which the place names one at most
     Map::iterator position;
 };
 

@@ -16,6 +16,11 @@ using TreeItems::Tree;
 
 namespace {
 
+[[maybe_unused]] constexpr std::size_t fewKeys = 100; // so many may be checked at each change
+
+// As much as a place can hold; more than there will ever be.
+constexpr std::uint64_t largestMapNumber = ~std::uint64_t{0} >> 1U;
+
 std::uint64_t nextMapNumber() noexcept {
     static std::atomic<std::uint64_t> last{0};
     return ++last;
@@ -71,6 +76,7 @@ void MotionCurve::_swapContents(MotionCurve& other) noexcept {
 void MotionCurve::_noteManyChanged() noexcept {
     _finger = _keys.base().end();
     ++_revision;
+    assert(_keys.empty() || _placesAreRight(_keys.base().begin()));
 }
 
 MotionCurve::iterator MotionCurve::find(unsigned int frame) {
@@ -107,7 +113,7 @@ MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Place
 void MotionCurve::_notePlaced(Places::iterator position) noexcept {
     if (_functions->place != nullptr) {
         KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
-        place.mapNumber = _mapNumber;
+        place.mapNumber = _mapNumber & largestMapNumber;
         place.position = position;
     }
     _finger = position;
@@ -118,14 +124,17 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
 // Whether keys know their places. Of a small curve each is asked, of a large one the one at the given
 // position: work on it would become quadratic.
 bool MotionCurve::_placesAreRight(Places::iterator position) {
-    constexpr std::size_t small = 100;
-    const bool isSmall = size() <= small;
+    const bool isSmall = size() <= fewKeys;
     const auto last = isSmall ? _keys.base().end() : std::next(position);
     return _functions->place == nullptr ||
            std::all_of(isSmall ? _keys.base().begin() : position, last, [&](const auto& element) {
                const KeyPlace& place = _functions->place(*static_cast<const Key*>(element.second));
-               return isHere(place) ? &*place.position == &element : place.mapNumber != 0;
+               return isHere(place) ? &*place.position == &element : place.wasShared != 0;
            });
+}
+
+MotionCurve::iterator MotionCurve::_seek(const Key& key) {
+    return std::find_if(begin(), end(), [&](const auto& element) { return element.second == &key; });
 }
 
 // A key that another curve took in stands there, although this curve holds it too.
@@ -147,7 +156,12 @@ MotionCurve::iterator MotionCurve::insert(unsigned int frame, Key* key) {
     if (next != _keys.base().end() && next->first == frame) {
         throw std::invalid_argument("frame " + std::to_string(frame) + " already holds a key");
     }
+    assert(_functions->place != nullptr || size() > fewKeys || _seek(*key) == end());
     const auto position = _keys.base().emplace_hint(next, frame, key);
+    if (_functions->place != nullptr) {
+        KeyPlace& place = _functions->place(*key);
+        place.wasShared = place.mapNumber != 0 ? 1 : place.wasShared;
+    }
     _notePlaced(position);
     return iterator(position);
 }

@@ -115,14 +115,14 @@ protected:
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
 
-    /// Whether a key with this place stands in this curve.
+    /// Whether this is a place in this curve.
     bool isHere(const KeyPlace& place) const noexcept { return place.mapNumber == _mapNumber; }
 
-    /// The given key, or end() when this curve does not hold it. The keys must carry their places. A key that
-    /// another curve took in although it stands here is found there only. O(1).
+    /// The given key, which must be alive, or end() when this curve does not hold it. The keys must carry
+    /// their places. O(1), but O(n) for a key that another curve took in although a curve held it.
     iterator findKey(const Key& key) {
         const KeyPlace& place = _functions->place(key);
-        return isHere(place) ? iterator(place.position) : end();
+        return isHere(place) ? iterator(place.position) : place.wasShared != 0 ? _seek(key) : end();
     }
     const_iterator findKey(const Key& key) const { return const_cast<MotionCurve*>(this)->findKey(key); }
 
@@ -150,6 +150,7 @@ private:
         float maxAbsoluteDerivative = std::numeric_limits<float>::infinity();
     };
 
+    iterator _seek(const Key& key);
     Places::iterator _lowerBound(unsigned int frame, Places::iterator beside);
     void _notePlaced(Places::iterator position) noexcept;
     void _forgetPlace(Places::iterator position) noexcept;

@@ -97,25 +97,44 @@ void FloorCurve::reorganize(unsigned int by, const std::vector<std::size_t>& ran
     _endBatchWithFrames(previousGreatest);
 }
 
+FloorCurve::Keys::iterator FloorCurve::_release(Keys::iterator position, Frames& left) {
+    left.push_back(*position);
+    FloorKey* const key = position->second;
+    Q_EMIT keyAboutToBeRemoved(key);
+    const auto behind = keys.erase(position);
+    _disconnect(key);
+    return behind;
+}
+
 void FloorCurve::releaseAll(Frames& left) {
     const unsigned int previousGreatest = _greatest();
     ++_depth;
     left.clear();
-    while (!keys.empty()) {
-        const auto first = keys.begin();
-        left.push_back(*first);
-        Q_EMIT keyAboutToBeRemoved(first->second);
-        keys.erase(first);
-        _disconnect(left.back().second);
+    for (auto position = keys.begin(); position != keys.end();) {
+        position = _release(position, left);
     }
     _endBatchWithFrames(previousGreatest);
 }
 
-void FloorCurve::insertAll(const Frames& entering) {
+void FloorCurve::releaseAll(const std::vector<Keys::iterator>& order, Frames& left) {
+    const unsigned int previousGreatest = _greatest();
+    ++_depth;
+    left.clear();
+    for (const Keys::iterator position : order) {
+        _release(position, left);
+    }
+    _endBatchWithFrames(previousGreatest);
+}
+
+void FloorCurve::insertAll(const Frames& entering, bool isInFrameOrder) {
     const unsigned int previousGreatest = _greatest();
     ++_depth;
     for (const auto& [frame, key] : entering) {
-        keys.emplace_hint(keys.end(), frame, key);
+        if (isInFrameOrder) {
+            keys.emplace_hint(keys.end(), frame, key);
+        } else {
+            keys.emplace(frame, key);
+        }
         _connect(key);
         Q_EMIT keyAdded(key);
     }

@@ -16,23 +16,25 @@ namespace Floor {
 ///
 /// It must stay as fast as it can be. What each operation does, and so may cost:
 ///
-/// - The constructor from records walks their map, for each: one object, one map node at the map's end, three
-/// connections by
-///   known method numbers; then the automatic handles of all keys.
+/// - The constructor from records walks their map. Each key: one object, one map node at the end, three
+///   connections by known method numbers; then the automatic handles of all keys.
 /// - add(): the same for one key, without handles, with keyAdded() and greaterIndexChanged().
 /// - The destructor deletes the keys in frame order.
 /// - move() walks the map once, against the direction of the move. Each key: its value with valueChanged();
 ///   its node out, and in again before the node behind it, with indexChanged(), where the frame differs.
-/// - reorganize() takes all nodes out in frame order, then puts them in, each with indexChanged(): at the end
-///   of the map in frame order; in the order of addresses, which is then known beforehand, by the frame.
-/// - releaseAll() walks the map. Each key: keyAboutToBeRemoved(), its node out, three connections taken back.
-/// - insertAll(), for each key: a node at the map's end, three connections, keyAdded().
+/// - reorganize() takes nodes out of a map and puts each in at the end of another, with indexChanged(). For
+///   keys in the order of addresses, known beforehand, it takes all out in frame order, then puts them in by
+///   their frames.
+/// - releaseAll(): keyAboutToBeRemoved(), the node out, three connections taken back for each key; it walks
+///   the map or, in the order of addresses, a list of positions.
+/// - insertAll(): a node, at the end of the map or, in the order of addresses, by the frame; three
+///   connections and keyAdded() for each key.
 /// - These four end with the automatic handles of all keys: one walk, the neighbours at hand, and
 ///   tangentsChanged() only where a handle changed; then keysChanged(), and greaterIndexChanged() if it
 ///   applies.
-/// - setTypes() and restore() walk the map, setSmooth() and setRightHandles() a list in the order of a set,
-/// which
-///   is the order of their signals; each key as in FloorKey. They end with keysChanged().
+/// - setTypes() and restore() walk the map; setSmooth() and setRightHandles() walk a list, in the order of a
+///   set, in which their signals come. Each key as in FloorKey; restore() writes the symmetrical flag without
+///   a test. They end with keysChanged().
 /// - translate(): one node out and in again before the node behind it, indexChanged(), keysChanged().
 ///
 /// No key is ever looked up. Signals of keys run into onKeysChanged(), which does nothing while one of the
@@ -68,7 +70,9 @@ public:
 
     /// Fills @p left, which is large enough, with the keys and their frames.
     void releaseAll(Frames& left);
-    void insertAll(const Frames& entering);
+    /// The same in another order of keys.
+    void releaseAll(const std::vector<Keys::iterator>& order, Frames& left);
+    void insertAll(const Frames& entering, bool isInFrameOrder);
 
     void setSmooth(bool smooth, const std::vector<FloorKey*>& order);
     void setTypes(Type type);
@@ -95,6 +99,7 @@ private Q_SLOTS:
 private:
     unsigned int _greatest() const { return keys.empty() ? 0U : keys.rbegin()->first; }
     Keys::iterator _relink(Keys::iterator position, unsigned int frame);
+    Keys::iterator _release(Keys::iterator position, Frames& left);
     void _connect(FloorKey* key);
     void _disconnect(FloorKey* key);
     void _setType(Type& own, Type type, Keys::const_iterator position);

@@ -139,7 +139,20 @@ Operation FloorCurveOperations::releasing(const Setting& setting) const {
     const auto curve = makeCurve(setting);
     const auto outside = std::make_shared<FloorCurve::Frames>();
     outside->reserve(setting.n);
-    return {[=] { curve->releaseAll(*outside); }, [=] { curve->insertAll(*outside); }};
+    if (setting.layout == Bench::Layout::frameOrder) {
+        return {[=] { curve->releaseAll(*outside); }, [=] { curve->insertAll(*outside, true); }};
+    }
+    const auto order = std::make_shared<std::vector<FloorCurve::Keys::iterator>>();
+    const auto findOrder = [=] {
+        order->clear();
+        for (auto position = curve->keys.begin(); position != curve->keys.end(); ++position) {
+            order->push_back(position);
+        }
+        std::sort(order->begin(), order->end(),
+                  [](auto a, auto b) { return std::less<>()(a->second, b->second); });
+    };
+    return {[=] { curve->releaseAll(*order, *outside); }, [=] { curve->insertAll(*outside, false); },
+            findOrder};
 }
 
 Operation FloorCurveOperations::smoothing(const Setting& setting) const {

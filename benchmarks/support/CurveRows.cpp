@@ -29,8 +29,8 @@ constexpr CurveRow curveRows[] = {
     {"moveKeys stretch x2", &C::stretching},
     {"moveKeys stretch /2", &C::stretching, Timed::back},
     {"reorganizeKeys +1", &C::reorganizing, Timed::there, Layouts::both},
-    {"releaseAndInsertKeys out", &C::releasing},
-    {"releaseAndInsertKeys in", &C::releasing, Timed::back},
+    {"releaseAndInsertKeys out", &C::releasing, Timed::there, Layouts::both},
+    {"releaseAndInsertKeys in", &C::releasing, Timed::back, Layouts::both},
     {"setKeysSmooth on", &C::smoothing},
     {"setKeysSmooth off", &C::smoothing, Timed::back},
     {"setTangentsType bezier", &C::changingTypes},
@@ -81,7 +81,7 @@ void addOneKeyRows(const OneKeyOperations& operations) {
 
 void addDragRows(const DragOperations& operations) {
     forEachSetting(Layouts::both, true, [&](const Setting& setting) {
-        // A whole drag of so many keys would take too long. Its second step is as good as any other.
+        // A whole drag of so many keys would take too long.
         const std::size_t steps = setting.n == largest ? 2 : DragOperations::stepsOfADrag;
         addRow(
             "drag step", setting.text(), setting.n,

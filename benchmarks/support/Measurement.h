@@ -24,7 +24,7 @@ void addRow(const std::string& name, const std::string& size, std::size_t keys,
             const std::function<Operation()>& make, Timed timed = Timed::there,
             std::size_t leastRepetitions = 1);
 
-/// The time of a row whose one key is edited or read this often.
+/// How often one turn of a row for one key edits or reads it.
 constexpr std::size_t oneKeyRepetitions = 1000;
 
 /// Runs the registered rows as the command line says; what main() returns.

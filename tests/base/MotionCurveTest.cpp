@@ -154,17 +154,33 @@ private slots:
         QVERIFY(Watched::everyKeyDiedOnce());
     }
 
-    void aKeyThatAnotherCurveTookInIsFoundThere() {
+    void aKeyThatAnotherCurveTookInIsFoundInBoth() {
         Watched::Curve first;
         Watched::Curve second;
         first.add(3);
         Key* const key = first.find(3)->second;
         second.insert(5, key);
         QVERIFY(second.findKey(*key) == second.find(5));
-        QVERIFY(first.findKey(*key) == first.end());
-        QCOMPARE(first.find(3)->second, key);
+        QVERIFY(first.findKey(*key) == first.find(3));
+        QVERIFY_EXCEPTION_THROWN(first.insert(4, key), std::invalid_argument);
+        first.add(8);
         first.detach(first.find(3)).release();
+        QVERIFY(first.findKey(*key) == first.end());
         QVERIFY(second.findKey(*key) == second.find(5));
+    }
+
+    void aKeyThatTheSecondCurveLetGoIsFoundInTheFirst() {
+        Watched::Curve first;
+        Watched::Curve second;
+        first.add(3);
+        Key* const key = first.find(3)->second;
+        second.insert(5, key);
+        second.detach(second.find(5)).release();
+        first.add(4);
+        QVERIFY(second.findKey(*key) == second.end());
+        QVERIFY(first.findKey(*key) == first.find(3));
+        QVERIFY(first.relocate(first.findKey(*key), 7));
+        QVERIFY(first.findKey(*key) == first.find(7));
     }
 
     void keysThatWereReadStandInTheCurveThatReadThem() {

@@ -95,6 +95,21 @@ class EditableMotionCurveTest : public QObject {
 private Q_SLOTS:
     // Construction and the base record
 
+    void theCurveRecomputesOnlyKeysWhoseParentItIs() {
+        ZT::EditableMotionCurve first;
+        ZT::EditableMotionCurve second;
+        auto* const key = new ZT::EditableMotionCurveKey;
+        first.insert(3, key);
+        second.insert(5, key);
+        second.insert(8, new ZT::EditableMotionCurveKey);
+        first.release(3); // The key is parentless now, although the second curve holds it.
+        second.updateBezierAutoTangents();
+        QCOMPARE(key->getTangentOffset(ZT::TangentSide::right), qMakePair(0.0F, 0.0F));
+        second._connectKey(key);
+        second.updateBezierAutoTangents();
+        QCOMPARE(key->getTangentOffset(ZT::TangentSide::right), qMakePair(1.0F, 0.0F));
+    }
+
     void aNewCurveIsEmpty() {
         Curve curve;
         QCOMPARE(curve.getParentLayer(), nullptr);

@@ -144,6 +144,33 @@ private slots:
         key->_setParentCurve(&connected);
     }
 
+    void aKeyOutlivesTheCurveThatOnlyMadeIt() {
+        auto curve = std::make_unique<EditableMotionCurve>();
+        const std::unique_ptr<EditableMotionCurveKey> key(
+            EditableMotionCurveKey::_toEditable(std::make_pair(0U, curve->createCurveKey())).second);
+        curve.reset();
+        key->setValue(3.0F);
+        key->setSmooth(true);
+        key->setRightTangentOffset({2.0F, 1.0F});
+        QCOMPARE(key->getValue(), 3.0F);
+    }
+
+    void aCurveHearsAKeyThatAStrangerDisconnected() {
+        EditableMotionCurve connected;
+        EditableMotionCurve stranger;
+        EditableMotionCurve holder;
+        auto* const key = new EditableMotionCurveKey;
+        connected.insert(3, key);
+        stranger._disconnectKey(key);
+        QCOMPARE(connected.getKey(3), key);
+        holder.insert(5, key);
+        const QSignalSpy spy(&connected, &EditableMotionCurve::keysChanged);
+        holder.moveKeys({{key, QPointF(6.0, 4.0)}});
+        QVERIFY(spy.count() > 0);
+        connected.release(3); // It has one owner again, ...
+        holder._connectKey(key);
+    }
+
     void outsideABatchTheCurveHearsAKeyWithoutListeners() {
         EditableMotionCurve curve;
         auto* const key = new EditableMotionCurveKey;
