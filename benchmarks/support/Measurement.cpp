@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <limits>
+#include <memory>
 #include <vector>
 
 namespace Bench {
@@ -20,9 +20,9 @@ constexpr std::size_t fewestRepetitions = 3;
 // The C library keeps small free blocks apart until a large one is wanted, and hands the last freed one out
 // first. Joined, they give every turn the same orderly memory, whatever was freed before.
 void joinFreeBlocks() {
-    void* block = std::malloc(std::size_t{1} << 20U); // NOLINT(cppcoreguidelines-no-malloc)
-    benchmark::DoNotOptimize(block);
-    std::free(block); // NOLINT(cppcoreguidelines-no-malloc)
+    constexpr std::size_t large = std::size_t{1} << 20U;
+    const auto block = std::make_unique<char[]>(large);
+    benchmark::DoNotOptimize(block.get());
 }
 
 double secondsOf(const std::function<void()>& action) {
