@@ -56,12 +56,13 @@ void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
             entry.key()->reorganizeKeys(entry.value());
         } catch (const EditableMotionCurveReorganizedFail& failure) {
             _failedKeys.insert(_failedKeys.end(), failure.failedKeys.begin(), failure.failedKeys.end());
+            // Owned at once: the next curve may throw something else.
+            for (EditableMotionCurveKey* const key : failure.failedKeys) {
+                _detachedKeys.add(key);
+            }
         }
     }
     _detachedKeys.letGoOfHeldKeys();
-    for (EditableMotionCurveKey* const key : _failedKeys) {
-        _detachedKeys.add(key);
-    }
 }
 
 void ChangeRangeCommand::updateRange() {

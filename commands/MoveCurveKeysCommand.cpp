@@ -1,6 +1,7 @@
 #include "commands/MoveCurveKeysCommand.h"
 
 #include "base/math/FloatBits.h"
+#include "model/FrameConversion.h"
 
 #include <QCoreApplication>
 
@@ -72,14 +73,38 @@ MoveCurveKeysCommand::~MoveCurveKeysCommand() = default;
 void MoveCurveKeysCommand::redo() {
     for (const auto& [curve, targets] : _targets) {
         curve->_moveKeys(targets);
+        const auto reached = _reached.find(curve);
+        if (reached != _reached.end()) {
+            Origins places;
+            places.reserve(targets.size());
+            for (const auto& [key, target] : targets) {
+                places.push_back({key, reached->second[places.size()], 0.0F});
+            }
+            _finishMove(*curve, places);
+        }
     }
 }
 
 void MoveCurveKeysCommand::undo() {
+    _noteFrames();
     for (const auto& [curve, origins] : _origins) {
         _moveBack(*curve, origins);
-        _finishReturn(*curve, origins);
+        _finishMove(*curve, origins);
         _restoreValues(*curve, origins);
+    }
+}
+
+// The steps of a drag may have led a key where the last step alone would not: past another key that stood in
+// the way at first. Redoing must give what the drag had made, since later entries of the history build on it.
+void MoveCurveKeysCommand::_noteFrames() {
+    for (const auto& [curve, targets] : _targets) {
+        std::vector<unsigned int>& frames = _reached[curve];
+        frames.clear();
+        frames.reserve(targets.size());
+        for (const auto& [key, target] : targets) {
+            const bool isHere = key->getParentCurve() == curve;
+            frames.push_back(isHere ? index(key) : frameFromPosition(target.x()));
+        }
     }
 }
 
@@ -92,21 +117,21 @@ void MoveCurveKeysCommand::_moveBack(EditableMotionCurve& curve, const Origins& 
     curve._moveKeys(moves);
 }
 
-// Keys that went separate ways may stand in each other's way back: moving one key at a time then leaves some
-// behind. Those go home together. A home that a key of nobody's concern took meanwhile is left to it: no key
-// is pushed out.
-void MoveCurveKeysCommand::_finishReturn(EditableMotionCurve& curve, const Origins& origins) {
+// Keys that go separate ways may stand in each other's way: moving one key at a time then leaves some behind.
+// Those go to their places together. A place that a key of nobody's concern took meanwhile is left to it: no
+// key is pushed out.
+void MoveCurveKeysCommand::_finishMove(EditableMotionCurve& curve, const Origins& places) {
     EditableMotionCurve::KeysIndexMap astray;
-    for (const auto& [key, home, value] : origins) {
-        if (key->getParentCurve() == &curve && index(key) != home) {
-            astray.insert(key, home);
+    for (const auto& [key, frame, value] : places) {
+        if (key->getParentCurve() == &curve && index(key) != frame) {
+            astray.insert(key, frame);
         }
     }
-    const auto isHomeFree = [&](unsigned int home) {
-        EditableMotionCurveKey* const occupant = curve.getKey(home);
+    const auto isFree = [&](unsigned int frame) {
+        EditableMotionCurveKey* const occupant = curve.getKey(frame);
         return occupant == nullptr || astray.contains(occupant);
     };
-    if (!astray.isEmpty() && std::all_of(astray.cbegin(), astray.cend(), isHomeFree)) {
+    if (!astray.isEmpty() && std::all_of(astray.cbegin(), astray.cend(), isFree)) {
         curve.reorganizeKeys(astray);
     }
 }
@@ -133,6 +158,7 @@ bool MoveCurveKeysCommand::mergeWith(const QUndoCommand* other) {
     }
     CurvesTargets targets = next->_targets;
     _targets.swap(targets);
+    _reached.clear();
     _mergeState.accept(next->_mergeState);
     return true;
 }

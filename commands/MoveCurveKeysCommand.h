@@ -16,7 +16,8 @@ namespace ZT::AnimCmd {
 /// Moves keys of any curves to new frames and values: the command of a key drag.
 ///
 /// Where the keys stood is captured when the command is built. redo() is EditableMotionCurve::moveKeys() for
-/// each curve; undo() is the same with the captured positions and, where keys blocked each other's way back,
+/// each curve; undo() is the same with the captured positions. Where keys blocked each other's way, so that
+/// some are elsewhere than they were, undo() and every redo() but the first end with
 /// EditableMotionCurve::reorganizeKeys() for those; a value that comparison takes for the captured one, a
 /// zero of the other sign, is written by EditableMotionCurve::_restoreValues(). Merges with a step that moves
 /// exactly the same keys. Keys and curves belong to others; exceptions of a curve pass through.
@@ -46,12 +47,17 @@ private:
     using CurvesTargets = std::map<ZT::EditableMotionCurve*, EditableMotionCurve::KeyMoves, std::less<>>;
     using CurvesOrigins = std::map<ZT::EditableMotionCurve*, Origins, std::less<>>;
 
+    using CurvesFrames = std::map<ZT::EditableMotionCurve*, std::vector<unsigned int>, std::less<>>;
+
     static void _moveBack(EditableMotionCurve& curve, const Origins& origins);
-    static void _finishReturn(EditableMotionCurve& curve, const Origins& origins);
+    void _noteFrames();
+    static void _finishMove(EditableMotionCurve& curve, const Origins& places);
     static void _restoreValues(EditableMotionCurve& curve, const Origins& origins);
 
     CurvesTargets _targets; ///< what redo() gives
     CurvesOrigins _origins; ///< what undo() gives
+    CurvesFrames
+        _reached; ///< where the keys stood when they were last moved back, in the order of the targets
     MergeState _mergeState;
 };
 

@@ -152,6 +152,15 @@ public:
         return _toEditableIterator(key != nullptr ? findKey(*key->_record()) : MotionCurve::end());
     }
 
+    /// The frame of the given key, which must be alive; 0 when this curve does not hold it. O(1).
+    Index _frameOf(const ZT::EditableMotionCurveKey& key) const {
+        if (isHere(key._placement())) {
+            return key._placement().frame;
+        }
+        const auto position = _find(&key);
+        return position == end() ? 0U : position->first;
+    }
+
     /// Whether the given key, which must be alive, stands in this curve. O(1).
     bool _holds(const ZT::EditableMotionCurveKey* key) const { return _find(key) != end(); }
 
@@ -317,17 +326,13 @@ private:
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);
+    std::vector<VQ::Animation::MotionCurve::iterator> _placesOf(const KeysIndexMap& frames);
     ZT::EditableMotionCurveKey* _release(iterator position);
     bool _edits(const EditableMotionCurveKey* key) const noexcept {
         return key != nullptr && key->getParentCurve() == this;
     }
     template <class Saved, class Restore>
     void _restoreEach(const Saved& saved, Restore restore);
-    /// ZT::index(), at once for a key of this curve.
-    Index _frameOf(const EditableMotionCurveKey* key) const {
-        const bool isAtHand = _edits(key) && isHere(key->_placement());
-        return isAtHand ? key->_placement().position->first : index(key);
-    }
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
     void _checkGreaterIndexChanged(unsigned int previousGreater);

@@ -85,9 +85,9 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
         batch.leaveRaised();
         return;
     }
-    FrameOrder order(moves, [this](const auto& move) { return _frameOf(move.first); });
+    FrameOrder order(moves, [](const auto& move) { return index(move.first); });
     const auto& [first, firstTarget] = moves[*order.begin()];
-    if (_frameOf(first) < frameFromPosition(firstTarget.x())) {
+    if (index(first) < frameFromPosition(firstTarget.x())) {
         order.reverse();
     }
     for (const std::size_t position : order) {
@@ -111,7 +111,7 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
         }
     }
     // Neighbours leave one after the other: taking nodes out of a tree here and there is slow.
-    const FrameOrder order(placements, [this](const Placement& each) { return _frameOf(each.key); });
+    const FrameOrder order(placements, [](const Placement& each) { return index(each.key); });
     for (const std::size_t position : order) {
         Placement& placement = placements[position];
         if (!placement.isNewcomer) {
@@ -143,16 +143,42 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     }
 }
 
+// Where the keys of a map stand, end() for one that does not stand at its frame. Empty where the map's order
+// is that of frames: otherwise one walk over the curve takes the place of a search for each key.
+std::vector<VQ::Animation::MotionCurve::iterator> EditableMotionCurve::_placesOf(const KeysIndexMap& frames) {
+    std::vector<VQ::Animation::MotionCurve::iterator> places;
+    const FrameOrder order(frames, [](unsigned int frame) { return frame; });
+    if (!order.isAsGiven()) {
+        const std::vector<std::pair<EditableMotionCurveKey*, Index>> entries(frames.constKeyValueBegin(),
+                                                                             frames.constKeyValueEnd());
+        places.resize(entries.size(), MotionCurve::end());
+        for (const std::size_t entry : order) {
+            const auto place = findBeside(entries[entry].second);
+            const bool isThere =
+                place != MotionCurve::end() && _toEditableIterator(place)->second == entries[entry].first;
+            places[entry] = isThere ? place : MotionCurve::end();
+        }
+    }
+    return places;
+}
+
 EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
                                                                             const KeysIndexMap& toInsert) {
     BatchWithFrames batch(*this);
     // As a rule every key to release leaves: the answer then shares the caller's map.
     KeysIndexMap left = toRelease;
-    for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
-        const auto position = _toEditableIterator(findBeside(entry.value()));
+    auto places = _placesOf(toRelease);
+    std::size_t count = 0;
+    for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry, ++count) {
+        const auto place = places.empty() ? findBeside(entry.value()) : places[count];
+        const auto position = _toEditableIterator(place);
         const bool isThere = position != end() && position->second == entry.key();
+        const std::size_t before = revision();
         if (!isThere || _release(position) == nullptr) {
             left.remove(entry.key());
+        }
+        if (revision() > before + 1) {
+            places.clear(); // A slot changed what stands where.
         }
     }
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {

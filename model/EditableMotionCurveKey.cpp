@@ -436,8 +436,7 @@ unsigned int index(const EditableMotionCurveKey* key) {
     if (curve == nullptr) {
         return 0U;
     }
-    const auto position = curve->_find(key);
-    return position == curve->end() ? 0U : position->first;
+    return curve->_frameOf(*key);
 }
 
 QString interpolTypeToString(InterpolationType type) {

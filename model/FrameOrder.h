@@ -16,20 +16,22 @@ public:
     /// @p frameOf gives an item's frame.
     template <class Items, class FrameOf>
     FrameOrder(const Items& items, FrameOf frameOf) {
-        _numbers.reserve(items.size());
-        bool isOrdered = true;
+        _numbers.reserve(static_cast<std::size_t>(items.size()));
         std::uint64_t last = 0;
         for (const auto& item : items) {
             const std::uint64_t frame = frameOf(item);
             const std::uint64_t number = frame << 32U | _numbers.size();
-            isOrdered = isOrdered && last <= number;
+            _isAsGiven = _isAsGiven && last <= number;
             last = number;
             _numbers.push_back(number);
         }
-        if (!isOrdered) {
+        if (!_isAsGiven) {
             _sort();
         }
     }
+
+    /// Whether the items came in this order.
+    bool isAsGiven() const noexcept { return _isAsGiven; }
 
     void reverse() noexcept;
 
@@ -54,6 +56,7 @@ public:
 private:
     void _sort();
 
+    bool _isAsGiven = true;
     std::vector<std::uint64_t> _numbers; ///< an item's frame in the upper half, its position in the lower
 };
 

@@ -24,6 +24,7 @@ struct KeyPlace {
 
     std::uint64_t mapNumber : 63; ///< of no map where the key stands nowhere
     std::uint64_t wasShared : 1;  ///< once held by two curves, of which the place names one at most
+    unsigned int frame = 0;       ///< the position's, at hand without it
     Map::iterator position;
 };
 

@@ -114,6 +114,7 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
     if (_functions->place != nullptr) {
         KeyPlace& place = _functions->place(*static_cast<const Key*>(position->second));
         place.mapNumber = _mapNumber & largestMapNumber;
+        place.frame = position->first;
         place.position = position;
     }
     _finger = position;
@@ -129,7 +130,8 @@ bool MotionCurve::_placesAreRight(Places::iterator position) {
     return _functions->place == nullptr ||
            std::all_of(isSmall ? _keys.base().begin() : position, last, [&](const auto& element) {
                const KeyPlace& place = _functions->place(*static_cast<const Key*>(element.second));
-               return isHere(place) ? &*place.position == &element : place.wasShared != 0;
+               const bool isRight = place.frame == element.first && &*place.position == &element;
+               return isHere(place) ? isRight : place.wasShared != 0;
            });
 }
 

@@ -61,6 +61,41 @@ private slots:
         }
     }
 
+    // What the search for the depth would take for quoted, commented or declared, but the tree's reader would
+    // not.
+    void elementsCannotHideFromTheLimitOfNesting_data() {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("behind");
+        QTest::addColumn<QByteArray>("problem");
+        QTest::newRow("a quote in an element's name")
+            << QByteArray("<a'/>") << QByteArray("<a'/>") << QByteArray("line 2");
+        QTest::newRow("a value in an element's name")
+            << QByteArray("<a='>'/>") << QByteArray("<a='>'/>") << QByteArray("no element name");
+        QTest::newRow("a quote in an attribute's name")
+            << QByteArray("<a b\"c='x'/>") << QByteArray("<a b\"c='x'/>") << QByteArray("no value begins");
+        QTest::newRow("a comment in a declaration")
+            << QByteArray("<!DOCTYPE x [ <y> <!-- ]>") << QByteArray("-->") << QByteArray("declarations");
+    }
+
+    void elementsCannotHideFromTheLimitOfNesting() {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, behind);
+        QFETCH(QByteArray, problem);
+        const QByteArray deep = QByteArray("<b>").repeated(100000);
+        for (const QByteArray& end : {QByteArray("</b>").repeated(100000), QByteArray()}) {
+            const QString said =
+                problemOf(("<animation>\n" + before + deep + end + behind + "</animation>").toStdString());
+            QVERIFY2(said.contains(problem), qPrintable(said));
+        }
+    }
+
+    void aNulCharacterIsRefusedWhereTheReaderWouldStop() {
+        std::string text = toXml(Animation().serialize());
+        text += '\0';
+        text += "<more/>";
+        QVERIFY(problemOf(text).contains("NUL"));
+    }
+
     void anAnimationWithoutLayersReadsBack() {
         Animation copy = Records::makeAnimation();
         QVERIFY(copy.deserialize(fromXml(toXml(Animation().serialize()))));

@@ -213,6 +213,37 @@ private Q_SLOTS:
         QCOMPARE(scene.state(), before);
     }
 
+    // Otherwise the later entry, which found the second key at 12, would push it out on its way back.
+    void redoingADragGivesWhatItsStepsHadMade() {
+        Scene scene;
+        const Keys keys = scene.add({18, 20});
+        QUndoStack stack;
+        stack.push(new Move(to(keys, {8, 12}), false));
+        stack.push(new Move(to(keys, {12, 12}), true)); // The second key stands in the first one's way.
+        QCOMPARE(ZT::index(keys[0]), 8U);
+        QCOMPARE(ZT::index(keys[1]), 12U);
+        const QString made = scene.state();
+        for (int i = 0; i < 3; ++i) {
+            stack.undo();
+            QCOMPARE(ZT::index(keys[0]), 18U);
+            QCOMPARE(ZT::index(keys[1]), 20U);
+            stack.redo();
+            QCOMPARE(scene.state(), made);
+        }
+    }
+
+    void aKeyThatWasElsewhereDuringUndoIsMovedToItsTarget() {
+        Scene scene;
+        const Keys keys = scene.add({3});
+        QUndoStack stack;
+        stack.push(new Move(to(keys, {8}), true));
+        Key* const away = scene.curve().release(8);
+        stack.undo();
+        scene.curve().insert(3, away);
+        stack.redo();
+        QCOMPARE(ZT::index(keys[0]), 8U);
+    }
+
     void stepsWithOtherKeysDoNotMerge_data() {
         QTest::addColumn<int>("first");
         QTest::addColumn<int>("second");
