@@ -22,6 +22,7 @@
 namespace ZT {
 
 class EditableAnimationLayer;
+class FrameOrder;
 
 /// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every
 /// key is an EditableMotionCurveKey.
@@ -323,6 +324,7 @@ private:
     struct Placement;
 
     void _adopt(ZT::EditableMotionCurveKey* key) const;
+    void _fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const;
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);

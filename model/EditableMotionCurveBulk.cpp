@@ -4,6 +4,7 @@
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/FrameConversion.h"
 #include "model/FrameOrder.h"
+#include "model/Prefetch.h"
 
 namespace ZT {
 
@@ -78,6 +79,22 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
     _moveKeys(moves);
 }
 
+// Where keys no longer fit into the processor's caches, a move spends most of its time waiting for memory.
+// Keys are fetched some moves ahead, and their map nodes, which only the keys know, a little later.
+void EditableMotionCurve::_fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const {
+    constexpr std::size_t keyDistance = 16;
+    constexpr std::size_t nodeDistance = 8;
+    if (i + keyDistance < order.size()) {
+        prefetch(moves[order[i + keyDistance]].first);
+    }
+    if (i + nodeDistance < order.size()) {
+        const EditableMotionCurveKey* const key = moves[order[i + nodeDistance]].first;
+        if (_edits(key) && isHere(key->_placement())) {
+            prefetch(&*key->_placement().position);
+        }
+    }
+}
+
 void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
     BatchWithFrames batch(*this);
     if (moves.empty()) {
@@ -90,8 +107,9 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
     if (index(first) < frameFromPosition(firstTarget.x())) {
         order.reverse();
     }
-    for (const std::size_t position : order) {
-        const auto& [key, target] = moves[position];
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        _fetchAhead(moves, order, i);
+        const auto& [key, target] = moves[order[i]];
         if (_edits(key)) {
             key->setValue(VQ::Math::toFloat(target.y()));
             _translate(key, frameFromPosition(target.x()));

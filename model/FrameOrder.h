@@ -50,6 +50,8 @@ public:
     private:
         const std::uint64_t* _number;
     };
+    std::size_t size() const noexcept { return _numbers.size(); }
+    std::size_t operator[](std::size_t i) const noexcept { return static_cast<std::uint32_t>(_numbers[i]); }
     iterator begin() const noexcept { return iterator(_numbers.data()); }
     iterator end() const noexcept { return iterator(_numbers.data() + _numbers.size()); }
 
