@@ -192,10 +192,11 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
         const auto position = _toEditableIterator(place);
         const bool isThere = position != end() && position->second == entry.key();
         const std::size_t before = revision();
-        if (!isThere || _release(position) == nullptr) {
+        const bool isReleased = isThere && _release(position) != nullptr;
+        if (!isReleased) {
             left.remove(entry.key());
         }
-        if (revision() > before + 1) {
+        if (revision() != before + (isReleased ? 1U : 0U)) {
             places.clear(); // A slot changed what stands where.
         }
     }

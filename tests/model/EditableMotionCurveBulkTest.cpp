@@ -878,6 +878,15 @@ class EditableMotionCurveBulkTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // The keys' places are known beforehand when their addresses are not in the order of their frames.
+    void aSlotMayClearTheCurveWhileItsKeysAreReleased() {
+        Curve c({30, 20, 10});
+        const EditableMotionCurve::KeysIndexMap all{{c[0], 30U}, {c[1], 20U}, {c[2], 10U}};
+        QObject::connect(&c.curve, &EditableMotionCurve::keyAboutToBeRemoved, [&c] { c.curve.clear(); });
+        QVERIFY(c.curve.releaseAndInsertKeys(all, {}).isEmpty());
+        QVERIFY(c.curve.empty());
+    }
+
     void movingUpMovesTheLastKeyFirst() {
         Curve c({1, 2, 3});
         c.curve.moveKeys({{c[0], {2, 0}}, {c[1], {3, 0}}, {c[2], {4, 0}}});
