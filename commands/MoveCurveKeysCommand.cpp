@@ -2,6 +2,7 @@
 
 #include "base/math/FloatBits.h"
 #include "model/FrameConversion.h"
+#include "model/Prefetch.h"
 
 #include <QCoreApplication>
 
@@ -52,7 +53,9 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
     EditableMotionCurve* last = nullptr;
     KeyMoves* targets = nullptr;
     Origins* origins = nullptr;
+    PrefetchAhead ahead(positions.cbegin(), positions.cend(), [](auto entry) { return entry.key(); });
     for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry) {
+        ahead.step();
         EditableMotionCurveKey* const key = entry.key();
         EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
         if (curve == nullptr) {

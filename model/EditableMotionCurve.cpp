@@ -3,6 +3,7 @@
 #include "base/animation/CurveEvaluation.h"
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/MetaTypes.h"
+#include "model/Prefetch.h"
 
 #include <memory>
 
@@ -158,7 +159,9 @@ void EditableMotionCurve::updateBezierAutoTangents() {
     // A slot may move a key on and on: the pass ends where the curve ended at first.
     const unsigned int greatest = getGreaterIndex();
     Placed previous;
+    PrefetchAhead ahead(begin(), end(), [](auto position) { return position->second; });
     for (auto position = begin(); position != end() && position->first <= greatest;) {
+        ahead.step();
         const auto [frame, key] = *position;
         const Placed next = ++position != end() ? Placed(*position) : Placed();
         const std::size_t before = revision();
@@ -174,6 +177,7 @@ void EditableMotionCurve::updateBezierAutoTangents() {
             const bool isFirst = last == std::as_const(*this).MotionCurve::end();
             position = isFirst ? begin() : find(last->first);
             previous = isFirst ? Placed() : Placed(*position++);
+            ahead.restartAt(position);
         }
     }
 }

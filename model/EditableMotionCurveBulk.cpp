@@ -90,7 +90,7 @@ void EditableMotionCurve::_fetchAhead(const KeyMoves& moves, const FrameOrder& o
     if (i + nodeDistance < order.size()) {
         const EditableMotionCurveKey* const key = moves[order[i + nodeDistance]].first;
         if (_edits(key) && isHere(key->_placement())) {
-            prefetch(&*key->_placement().position);
+            prefetchNode(key->_placement().position);
         }
     }
 }
@@ -161,23 +161,23 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     }
 }
 
-// Where the keys of a map stand, end() for one that does not stand at its frame. Empty where the map's order
-// is that of frames: otherwise one walk over the curve takes the place of a search for each key.
-std::vector<VQ::Animation::MotionCurve::iterator> EditableMotionCurve::_placesOf(const KeysIndexMap& frames) {
-    std::vector<VQ::Animation::MotionCurve::iterator> places;
-    const FrameOrder order(frames, [](unsigned int frame) { return frame; });
+// Which of a map's keys stand at their frames. Empty where the map's order is that of frames: otherwise one
+// walk over the curve takes the place of a search for each key. Keys are compared but not read: one that has
+// left may be dead.
+std::vector<bool> EditableMotionCurve::_standing(const KeysIndexMap& frames) {
+    const std::vector<std::pair<EditableMotionCurveKey*, Index>> entries(frames.constKeyValueBegin(),
+                                                                         frames.constKeyValueEnd());
+    std::vector<bool> standing;
+    const FrameOrder order(entries, [](const auto& entry) { return entry.second; });
     if (!order.isAsGiven()) {
-        const std::vector<std::pair<EditableMotionCurveKey*, Index>> entries(frames.constKeyValueBegin(),
-                                                                             frames.constKeyValueEnd());
-        places.resize(entries.size(), MotionCurve::end());
+        standing.resize(entries.size());
         for (const std::size_t entry : order) {
-            const auto place = findBeside(entries[entry].second);
-            const bool isThere =
-                place != MotionCurve::end() && _toEditableIterator(place)->second == entries[entry].first;
-            places[entry] = isThere ? place : MotionCurve::end();
+            const auto [key, frame] = entries[entry];
+            const auto place = findBeside(frame);
+            standing[entry] = place != MotionCurve::end() && _toEditableIterator(place)->second == key;
         }
     }
-    return places;
+    return standing;
 }
 
 EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
@@ -185,10 +185,17 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     BatchWithFrames batch(*this);
     // As a rule every key to release leaves: the answer then shares the caller's map.
     KeysIndexMap left = toRelease;
-    auto places = _placesOf(toRelease);
+    auto standing = _standing(toRelease);
     std::size_t count = 0;
+    PrefetchAhead ahead(toRelease.cbegin(), toRelease.cend(), [](auto entry) { return entry.key(); });
     for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry, ++count) {
-        const auto place = places.empty() ? findBeside(entry.value()) : places[count];
+        ahead.step();
+        auto place = MotionCurve::end();
+        if (standing.empty()) {
+            place = findBeside(entry.value());
+        } else if (standing[count]) {
+            place = findKey(*entry.key()->_record());
+        }
         const auto position = _toEditableIterator(place);
         const bool isThere = position != end() && position->second == entry.key();
         const std::size_t before = revision();
@@ -197,7 +204,7 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
             left.remove(entry.key());
         }
         if (revision() != before + (isReleased ? 1U : 0U)) {
-            places.clear(); // A slot changed what stands where.
+            standing.clear(); // A slot changed what stands where.
         }
     }
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
@@ -226,13 +233,17 @@ void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
         batch.leaveRaised();
         return;
     }
-    for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
-        EditableMotionCurveKey* key = nullptr;
+    const auto keyAt = [](const auto& entry) -> EditableMotionCurveKey* {
         if constexpr (std::is_same_v<Keys, KeysSet>) {
-            key = *entry;
+            return *entry;
         } else {
-            key = entry.key();
+            return entry.key();
         }
+    };
+    PrefetchAhead ahead(keys.cbegin(), keys.cend(), keyAt);
+    for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
+        ahead.step();
+        EditableMotionCurveKey* const key = keyAt(entry);
         if (_edits(key)) {
             action(*key, *entry);
         }

@@ -1,15 +1,65 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+
 namespace ZT {
 
-/// Has the processor fetch the memory at @p address, which will be read soon. No more than a hint, also for
-/// an address that is not valid.
-inline void prefetch(const void* address) noexcept {
+/// Has the processor fetch the memory of @p object, which will be read soon, and that of @p before bytes in
+/// front of it. No more than a hint, also for an address that is not valid.
+template <class T>
+void prefetch(const T* object, std::size_t before = 0) noexcept {
 #if defined(__GNUC__)
-    __builtin_prefetch(address);
+    constexpr std::size_t line = 64;
+    const auto end = reinterpret_cast<std::uintptr_t>(object) + sizeof(T);
+    for (std::uintptr_t address = (end - sizeof(T) - before) & ~(line - 1); address < end; address += line) {
+        __builtin_prefetch(reinterpret_cast<const void*>(address));
+    }
 #else
-    static_cast<void>(address);
+    static_cast<void>(object);
+    static_cast<void>(before);
 #endif
 }
+
+/// The same for a map's node, whose links to other nodes stand in front of the element.
+template <class Position>
+void prefetchNode(Position position) noexcept {
+    prefetch(&*position, 4 * sizeof(void*));
+}
+
+/// Goes through a container some steps ahead of a loop, and has the objects fetched that the loop will come
+/// to.
+template <class Position, class ObjectAt>
+class PrefetchAhead {
+public:
+    /// @p objectAt gives the address of the object that a position names.
+    PrefetchAhead(Position first, Position end, ObjectAt objectAt)
+        : _position(std::move(first))
+        , _end(std::move(end))
+        , _objectAt(std::move(objectAt)) {
+        for (int i = 0; i < distance; ++i) {
+            step();
+        }
+    }
+
+    /// Called once in each turn of the loop.
+    void step() {
+        if (_position != _end) {
+            prefetch(_objectAt(_position));
+            ++_position;
+        }
+    }
+
+    /// Goes on from where the loop went instead.
+    void restartAt(Position position) { _position = std::move(position); }
+
+private:
+    static constexpr int distance = 8;
+
+    Position _position;
+    Position _end;
+    ObjectAt _objectAt;
+};
 
 } // namespace ZT
