@@ -53,7 +53,8 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
     EditableMotionCurve* last = nullptr;
     KeyMoves* targets = nullptr;
     Origins* origins = nullptr;
-    PrefetchAhead ahead(positions.cbegin(), positions.cend(), [](auto entry) { return entry.key(); });
+    PrefetchAhead ahead(static_cast<std::size_t>(positions.size()), positions.cbegin(), positions.cend(),
+                        [](auto entry) { return entry.key(); });
     for (auto entry = positions.cbegin(); entry != positions.cend(); ++entry) {
         ahead.step();
         EditableMotionCurveKey* const key = entry.key();

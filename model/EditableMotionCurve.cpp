@@ -159,7 +159,7 @@ void EditableMotionCurve::updateBezierAutoTangents() {
     // A slot may move a key on and on: the pass ends where the curve ended at first.
     const unsigned int greatest = getGreaterIndex();
     Placed previous;
-    PrefetchAhead ahead(begin(), end(), [](auto position) { return position->second; });
+    PrefetchAhead ahead(size(), begin(), end(), [](auto position) { return position->second; });
     for (auto position = begin(); position != end() && position->first <= greatest;) {
         ahead.step();
         const auto [frame, key] = *position;

@@ -108,7 +108,9 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
         order.reverse();
     }
     for (std::size_t i = 0; i < order.size(); ++i) {
-        _fetchAhead(moves, order, i);
+        if (order.size() >= worthPrefetching) {
+            _fetchAhead(moves, order, i);
+        }
         const auto& [key, target] = moves[order[i]];
         if (_edits(key)) {
             key->setValue(VQ::Math::toFloat(target.y()));
@@ -187,7 +189,8 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     KeysIndexMap left = toRelease;
     auto standing = _standing(toRelease);
     std::size_t count = 0;
-    PrefetchAhead ahead(toRelease.cbegin(), toRelease.cend(), [](auto entry) { return entry.key(); });
+    PrefetchAhead ahead(static_cast<std::size_t>(toRelease.size()), toRelease.cbegin(), toRelease.cend(),
+                        [](auto entry) { return entry.key(); });
     for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry, ++count) {
         ahead.step();
         auto place = MotionCurve::end();
@@ -233,17 +236,13 @@ void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
         batch.leaveRaised();
         return;
     }
-    const auto keyAt = [](const auto& entry) -> EditableMotionCurveKey* {
-        if constexpr (std::is_same_v<Keys, KeysSet>) {
-            return *entry;
-        } else {
-            return entry.key();
-        }
-    };
-    PrefetchAhead ahead(keys.cbegin(), keys.cend(), keyAt);
     for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
-        ahead.step();
-        EditableMotionCurveKey* const key = keyAt(entry);
+        EditableMotionCurveKey* key = nullptr;
+        if constexpr (std::is_same_v<Keys, KeysSet>) {
+            key = *entry;
+        } else {
+            key = entry.key();
+        }
         if (_edits(key)) {
             action(*key, *entry);
         }

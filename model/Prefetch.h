@@ -6,6 +6,9 @@
 
 namespace ZT {
 
+/// Fewer keys than that are in the processor's caches or come from there soon enough.
+constexpr std::size_t worthPrefetching = 16384;
+
 /// Has the processor fetch the memory of @p object, which will be read soon, and that of @p before bytes in
 /// front of it. No more than a hint, also for an address that is not valid.
 template <class T>
@@ -33,9 +36,9 @@ void prefetchNode(Position position) noexcept {
 template <class Position, class ObjectAt>
 class PrefetchAhead {
 public:
-    /// @p objectAt gives the address of the object that a position names.
-    PrefetchAhead(Position first, Position end, ObjectAt objectAt)
-        : _position(std::move(first))
+    /// @p count objects are to come; @p objectAt gives the address of the object that a position names.
+    PrefetchAhead(std::size_t count, Position first, Position end, ObjectAt objectAt)
+        : _position(count < worthPrefetching ? end : first)
         , _end(std::move(end))
         , _objectAt(std::move(objectAt)) {
         for (int i = 0; i < distance; ++i) {
