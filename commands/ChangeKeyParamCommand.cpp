@@ -1,5 +1,7 @@
 #include "commands/ChangeKeyParamCommand.h"
 
+#include "commands/ForEachCurve.h"
+
 #include <QCoreApplication>
 
 namespace ZT::AnimCmd {
@@ -35,12 +37,15 @@ void ChangeKeyParamCommand::saveKeys(const KeysSet& keys) {
 }
 
 void ChangeKeyParamCommand::undo() {
-    for (auto entry = _savedState.cbegin(); entry != _savedState.cend(); ++entry) {
-        const CurveKeySave& save = entry.value();
-        entry.key()->restoreKeys(save.tangentTypes, save.leftOffsets, save.rightOffsets, save.smooth,
-                                 save.symmetrical);
-        entry.key()->_restoreHandles(save.records);
-    }
+    forEachCurve(_savedState, [](EditableMotionCurve& curve, const CurveKeySave& save) {
+        FirstException thrown;
+        thrown.guard([&] {
+            curve.restoreKeys(save.tangentTypes, save.leftOffsets, save.rightOffsets, save.smooth,
+                              save.symmetrical);
+        });
+        thrown.guard([&] { curve._restoreHandles(save.records); });
+        thrown.rethrow();
+    });
 }
 
 ChangeInterpTypeCommand::ChangeInterpTypeCommand(
@@ -72,9 +77,9 @@ void ChangeInterpTypeCommand::addTangent(EditableMotionCurveKey* key, TangentSid
 }
 
 void ChangeInterpTypeCommand::redo() {
-    for (auto entry = _tangentsByCurve.cbegin(); entry != _tangentsByCurve.cend(); ++entry) {
-        entry.key()->setTangentsType(entry.value(), _type);
-    }
+    forEachCurve(_tangentsByCurve, [&](EditableMotionCurve& curve, const auto& tangents) {
+        curve.setTangentsType(tangents, _type);
+    });
 }
 
 ChangeTangentParamCommand::ChangeTangentParamCommand(const KeysSet& keys, InterpolationType type, bool smooth,
@@ -88,9 +93,9 @@ ChangeTangentParamCommand::ChangeTangentParamCommand(const KeysSet& keys, Interp
 }
 
 void ChangeTangentParamCommand::redo() {
-    for (auto entry = keysByCurve().cbegin(); entry != keysByCurve().cend(); ++entry) {
-        entry.key()->setKeysParam(entry.value(), _type, _smooth, _symmetrical);
-    }
+    forEachCurve(keysByCurve(), [&](EditableMotionCurve& curve, const KeysSet& keys) {
+        curve.setKeysParam(keys, _type, _smooth, _symmetrical);
+    });
 }
 
 ChangeSmoothnessCommand::ChangeSmoothnessCommand(const KeysSet& keys, bool smooth)
@@ -106,9 +111,9 @@ ChangeSmoothnessCommand::ChangeSmoothnessCommand(EditableMotionCurveKey* key, bo
 }
 
 void ChangeSmoothnessCommand::redo() {
-    for (auto entry = keysByCurve().cbegin(); entry != keysByCurve().cend(); ++entry) {
-        entry.key()->setKeysSmooth(entry.value(), _smooth);
-    }
+    forEachCurve(keysByCurve(), [&](EditableMotionCurve& curve, const KeysSet& keys) {
+        curve.setKeysSmooth(keys, _smooth);
+    });
 }
 
 ChangeSymmetryCommand::ChangeSymmetryCommand(const KeysSet& keys, bool symmetrical)
@@ -126,9 +131,9 @@ ChangeSymmetryCommand::ChangeSymmetryCommand(EditableMotionCurveKey* key, bool s
 }
 
 void ChangeSymmetryCommand::redo() {
-    for (auto entry = keysByCurve().cbegin(); entry != keysByCurve().cend(); ++entry) {
-        entry.key()->setKeysSymmetrical(entry.value(), _symmetrical);
-    }
+    forEachCurve(keysByCurve(), [&](EditableMotionCurve& curve, const KeysSet& keys) {
+        curve.setKeysSymmetrical(keys, _symmetrical);
+    });
 }
 
 } // namespace ZT::AnimCmd

@@ -2,6 +2,7 @@
 
 #include "model/AnimationMarkers.h"
 #include "model/EditableMotionCurveExceptions.h"
+#include "model/FirstException.h"
 
 #include <QCoreApplication>
 
@@ -40,36 +41,56 @@ void ChangeRangeCommand::setRangeText(const QString& textTemplate, const Range& 
 }
 
 void ChangeRangeCommand::redo() {
-    reorganizeKeys(newIndices);
-    updateRange();
+    _apply(newIndices);
 }
 
 void ChangeRangeCommand::undo() {
-    reorganizeKeys(_oldIndices);
-    updateRange();
+    _apply(_oldIndices);
+}
+
+void ChangeRangeCommand::_apply(const CurvesKeysMap& indices) {
+    FirstException thrown;
+    thrown.guard([&] { reorganizeKeys(indices); });
+    thrown.guard([&] { updateRange(); });
+    thrown.rethrow();
 }
 
 void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
     _failedKeys.clear();
+    FirstException thrown;
     for (auto entry = indices.cbegin(); entry != indices.cend(); ++entry) {
-        try {
-            entry.key()->reorganizeKeys(entry.value());
-        } catch (const EditableMotionCurveReorganizedFail& failure) {
-            _failedKeys.insert(_failedKeys.end(), failure.failedKeys.begin(), failure.failedKeys.end());
-            // Owned at once: the next curve may throw something else.
-            for (EditableMotionCurveKey* const key : failure.failedKeys) {
-                _detachedKeys.add(key);
+        thrown.guard([&] {
+            try {
+                entry.key()->reorganizeKeys(entry.value());
+            } catch (const EditableMotionCurveReorganizedFail& failure) {
+                _takeFailedKeys(*entry.key(), failure.failedKeys);
             }
-        }
+        });
     }
     _detachedKeys.letGoOfHeldKeys();
+    thrown.rethrow();
+}
+
+void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve,
+                                         const std::vector<EditableMotionCurveKey*>& keys) {
+    FirstException thrown;
+    if (!thrown.guard([&] { _detachedKeys.add(keys); })) {
+        // Memory is out: keys that cannot be watched stay in their curve.
+        for (EditableMotionCurveKey* const key : keys) {
+            thrown.guard([&] { curve._putBack(key, curve.getGreaterIndex() + 1U); });
+        }
+    }
+    thrown.rethrow();
+    _failedKeys.insert(_failedKeys.end(), keys.begin(), keys.end());
 }
 
 void ChangeRangeCommand::updateRange() {
     const Range shown = markersRange();
-    _markers->setRangeStartIndex(pendingRange.start);
-    _markers->setRangeEndIndex(pendingRange.end);
+    FirstException thrown;
+    thrown.guard([&] { _markers->setRangeStartIndex(pendingRange.start); });
+    thrown.guard([&] { _markers->setRangeEndIndex(pendingRange.end); });
     pendingRange = shown;
+    thrown.rethrow();
 }
 
 int ChangeRangeCommand::id() const {
@@ -79,7 +100,7 @@ int ChangeRangeCommand::id() const {
 bool ChangeRangeCommand::mergeWith(const QUndoCommand* other) {
     const bool isOpen = _mergeState.beginMerge();
     const auto* const next = dynamic_cast<const ChangeRangeCommand*>(other);
-    if (!isOpen || next == nullptr || next->id() != id()) {
+    if (!isOpen || next == nullptr || next == this || next->id() != id()) {
         return false;
     }
     for (auto curve = next->_oldIndices.cbegin(); curve != next->_oldIndices.cend(); ++curve) {

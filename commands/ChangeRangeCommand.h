@@ -68,6 +68,9 @@ protected:
     Range pendingRange;       ///< what the next redo() or undo() gives the markers
 
 private:
+    void _apply(const CurvesKeysMap& indices);
+    void _takeFailedKeys(EditableMotionCurve& curve, const std::vector<EditableMotionCurveKey*>& keys);
+
     MergeState _mergeState;
     CurvesKeysMap _oldIndices; ///< what undo() gives
     QString _textTemplate;

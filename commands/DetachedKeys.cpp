@@ -23,7 +23,19 @@ DetachedKeys::~DetachedKeys() {
     }
 }
 
-void DetachedKeys::add(EditableMotionCurveKey* key) {
+void DetachedKeys::add(const std::vector<EditableMotionCurveKey*>& keys) {
+    const std::size_t before = _keys.size();
+    try {
+        for (EditableMotionCurveKey* const key : keys) {
+            _add(key);
+        }
+    } catch (...) {
+        _keys.resize(before);
+        throw;
+    }
+}
+
+void DetachedKeys::_add(EditableMotionCurveKey* key) {
     // A key that a curve created names that curve before the curve holds it. It is cut loose here, since the
     // curve may die before the command.
     EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;

@@ -20,8 +20,9 @@ public:
     DetachedKeys& operator=(const DetachedKeys&) = delete;
     ~DetachedKeys();
 
-    /// Takes a key in. Null and keys that a curve holds are left out.
-    void add(EditableMotionCurveKey* key);
+    /// Takes keys in, all of them or, where memory runs out, none. Null and keys that a curve holds are left
+    /// out.
+    void add(const std::vector<EditableMotionCurveKey*>& keys);
 
     /// Lets go of keys that a curve holds again.
     void letGoOfHeldKeys();
@@ -30,6 +31,8 @@ public:
     void addAll(DetachedKeys& other);
 
 private:
+    void _add(EditableMotionCurveKey* key);
+
     std::vector<QPointer<EditableMotionCurveKey>> _keys;
 };
 

@@ -1,6 +1,8 @@
 #include "commands/MoveCurveKeysCommand.h"
 
 #include "base/math/FloatBits.h"
+#include "model/EditableMotionCurveExceptions.h"
+#include "model/FirstException.h"
 #include "model/FrameConversion.h"
 #include "model/Prefetch.h"
 
@@ -75,27 +77,37 @@ MoveCurveKeysCommand::MoveCurveKeysCommand(const KeyPosMap& positions, bool fina
 MoveCurveKeysCommand::~MoveCurveKeysCommand() = default;
 
 void MoveCurveKeysCommand::redo() {
+    FirstException thrown;
     for (const auto& [curve, targets] : _targets) {
-        curve->_moveKeys(targets);
-        const auto reached = _reached.find(curve);
-        if (reached != _reached.end()) {
-            Origins places;
-            places.reserve(targets.size());
-            for (const auto& [key, target] : targets) {
-                places.push_back({key, reached->second[places.size()], 0.0F});
-            }
-            _finishMove(*curve, places);
-        }
+        thrown.guard([&, curve = curve, &targets = targets] { curve->_moveKeys(targets); });
+        thrown.guard([&, curve = curve] { _finishRedo(*curve); });
     }
+    thrown.rethrow();
+}
+
+void MoveCurveKeysCommand::_finishRedo(EditableMotionCurve& curve) const {
+    const auto reached = _reached.find(&curve);
+    if (reached == _reached.end()) {
+        return;
+    }
+    const EditableMotionCurve::KeyMoves& targets = _targets.at(&curve);
+    Origins places;
+    places.reserve(targets.size());
+    for (const auto& [key, target] : targets) {
+        places.push_back({key, reached->second[places.size()], 0.0F});
+    }
+    _finishMove(curve, places);
 }
 
 void MoveCurveKeysCommand::undo() {
     _noteFrames();
+    FirstException thrown;
     for (const auto& [curve, origins] : _origins) {
-        _moveBack(*curve, origins);
-        _finishMove(*curve, origins);
-        _restoreValues(*curve, origins);
+        for (const auto step : {_moveBack, _finishMove, _restoreValues}) {
+            thrown.guard([&, curve = curve, &origins = origins] { step(*curve, origins); });
+        }
     }
+    thrown.rethrow();
 }
 
 // The steps of a drag may have led a key where the last step alone would not: past another key that stood in
@@ -136,7 +148,14 @@ void MoveCurveKeysCommand::_finishMove(EditableMotionCurve& curve, const Origins
         return occupant == nullptr || astray.contains(occupant);
     };
     if (!astray.isEmpty() && std::all_of(astray.cbegin(), astray.cend(), isFree)) {
-        curve.reorganizeKeys(astray);
+        try {
+            curve.reorganizeKeys(astray);
+        } catch (const EditableMotionCurveReorganizedFail& failure) {
+            // A slot put something in their way.
+            for (EditableMotionCurveKey* const key : failure.failedKeys) {
+                curve._putBack(key, astray.value(key));
+            }
+        }
     }
 }
 

@@ -49,6 +49,7 @@ private:
 
     using CurvesFrames = std::map<ZT::EditableMotionCurve*, std::vector<unsigned int>, std::less<>>;
 
+    void _finishRedo(EditableMotionCurve& curve) const;
     static void _moveBack(EditableMotionCurve& curve, const Origins& origins);
     void _noteFrames();
     static void _finishMove(EditableMotionCurve& curve, const Origins& places);

@@ -1,5 +1,7 @@
 #include "commands/MoveTangentCommand.h"
 
+#include "commands/ForEachCurve.h"
+
 #include <QCoreApplication>
 
 namespace ZT::AnimCmd {
@@ -39,16 +41,18 @@ void MoveTangentCommand::_capture(EditableMotionCurveKey* key) {
 }
 
 void MoveTangentCommand::redo() {
-    for (auto entry = _keysByCurve.cbegin(); entry != _keysByCurve.cend(); ++entry) {
-        entry.key()->moveTangents(entry.value(), _side, _tangentOffset);
-    }
+    forEachCurve(_keysByCurve, [&](EditableMotionCurve& curve, const auto& keys) {
+        curve.moveTangents(keys, _side, _tangentOffset);
+    });
 }
 
 void MoveTangentCommand::undo() {
-    for (auto entry = _oldOffsets.cbegin(); entry != _oldOffsets.cend(); ++entry) {
-        entry.key()->moveTangents(entry.value(), _side);
-        entry.key()->_restoreHandles(_oldRecords.value(entry.key()));
-    }
+    forEachCurve(_oldOffsets, [&](EditableMotionCurve& curve, const auto& offsets) {
+        FirstException thrown;
+        thrown.guard([&] { curve.moveTangents(offsets, _side); });
+        thrown.guard([&] { curve._restoreHandles(_oldRecords.value(&curve)); });
+        thrown.rethrow();
+    });
 }
 
 int MoveTangentCommand::id() const {

@@ -1,5 +1,7 @@
 #include "commands/ReplaceCurveKeysCommand.h"
 
+#include "model/FirstException.h"
+
 #include <QCoreApplication>
 #include <QSet>
 
@@ -35,11 +37,11 @@ void ReplaceCurveKeysCommand::_setReplaceText() {
 }
 
 void ReplaceCurveKeysCommand::_own(const CurvesKeysMap& keys) {
+    std::vector<EditableMotionCurveKey*> all;
     for (const KeysIndexMap& keysOfCurve : keys) {
-        for (auto entry = keysOfCurve.cbegin(); entry != keysOfCurve.cend(); ++entry) {
-            _detachedKeys.add(entry.key());
-        }
+        all.insert(all.end(), keysOfCurve.keyBegin(), keysOfCurve.keyEnd());
     }
+    _detachedKeys.add(all);
 }
 
 void ReplaceCurveKeysCommand::addKeyToRemove(EditableMotionCurveKey* key) {
@@ -53,27 +55,30 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
                                              unsigned int index) {
     if (key != nullptr && curve != nullptr) {
         _keysToInsert[curve].insert(key, index);
-        _detachedKeys.add(key);
+        _detachedKeys.add({key});
     }
 }
 
 void ReplaceCurveKeysCommand::redo() {
     const CurvesKeysMap standing = _standingAmong(_keysToInsert);
-    CurvesKeysMap gone = replace(_keysToRemove, _keysToInsert);
-    _own(gone);
+    FirstException thrown;
+    CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, thrown);
     _leaveOutNewcomers(standing, _keysToInsert, gone);
     _keysToRemove = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
+    thrown.rethrow();
 }
 
 void ReplaceCurveKeysCommand::undo() {
-    _keysToInsert = replace(_keysToInsert, _keysToRemove);
-    _own(_keysToInsert);
+    FirstException thrown;
+    _keysToInsert = _replace(_keysToInsert, _keysToRemove, thrown);
     _detachedKeys.letGoOfHeldKeys();
+    thrown.rethrow();
 }
 
-ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::replace(const CurvesKeysMap& toRelease,
-                                                                        const CurvesKeysMap& toInsert) {
+ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const CurvesKeysMap& toRelease,
+                                                                         const CurvesKeysMap& toInsert,
+                                                                         FirstException& thrown) {
     QSet<EditableMotionCurve*> curves;
     for (auto curve = toRelease.keyBegin(); curve != toRelease.keyEnd(); ++curve) {
         curves.insert(*curve);
@@ -83,7 +88,18 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::replace(const Cu
     }
     CurvesKeysMap gone;
     for (EditableMotionCurve* const curve : std::as_const(curves)) {
-        gone.insert(curve, curve->releaseAndInsertKeys(toRelease.value(curve), toInsert.value(curve)));
+        thrown.guard([&] {
+            KeysIndexMap& ofCurve = gone[curve]; // Its place is made before anything leaves.
+            ofCurve = curve->releaseAndInsertKeys(toRelease.value(curve), toInsert.value(curve));
+        });
+    }
+    if (!thrown.guard([&] { _own(gone); })) {
+        // Keys without an owner must not stay outside.
+        for (auto curve = gone.cbegin(); curve != gone.cend(); ++curve) {
+            thrown.guard(
+                [&] { curve.key()->releaseAndInsertKeys(toInsert.value(curve.key()), curve.value()); });
+        }
+        gone.clear();
     }
     return gone;
 }

@@ -8,6 +8,10 @@
 #include <QMap>
 #include <QUndoCommand>
 
+namespace ZT {
+class FirstException;
+}
+
 namespace ZT::AnimCmd {
 
 /// Takes keys out of curves and puts others in, across any number of curves. Never merges.
@@ -17,7 +21,8 @@ namespace ZT::AnimCmd {
 /// belong to those. Keys to insert are handed over with the command and must be in no curve.
 ///
 /// Signals are those of EditableMotionCurve::releaseAndInsertKeys(), curve by curve in no particular order.
-/// Exceptions of a curve pass through.
+/// What slots or a curve throw is thrown when all curves have had their turn; a curve whose turn ended so has
+/// given nothing up and taken nothing in.
 class ZT_COMMANDS_EXPORT ReplaceCurveKeysCommand : public QUndoCommand {
 public:
     using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
@@ -44,7 +49,9 @@ protected:
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 
 private:
-    static CurvesKeysMap replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert);
+    /// What left the curves; the command owns it by then.
+    CurvesKeysMap _replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert,
+                           FirstException& thrown);
     /// The keys to insert that stand in their curve already, with their frames.
     static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,

@@ -1,6 +1,7 @@
 #include "model/AnimationMarkers.h"
 
 #include "model/EditableAnimation.h"
+#include "model/FirstException.h"
 
 namespace ZT {
 
@@ -21,11 +22,13 @@ void AnimationMarkers::setStartIndex(unsigned int index) {
         return;
     }
     _startIndex = index;
-    Q_EMIT startIndexChanged(index);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT startIndexChanged(index); });
     if (_endIndex < _startIndex) {
         _endIndex = _startIndex;
-        Q_EMIT endIndexChanged(_endIndex);
+        thrown.guard([&] { Q_EMIT endIndexChanged(_endIndex); });
     }
+    thrown.rethrow();
 }
 
 void AnimationMarkers::setEndIndex(unsigned int index) {
@@ -33,11 +36,13 @@ void AnimationMarkers::setEndIndex(unsigned int index) {
         return;
     }
     _endIndex = index;
-    Q_EMIT endIndexChanged(index);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT endIndexChanged(index); });
     if (_startIndex > _endIndex) {
         _startIndex = _endIndex;
-        Q_EMIT startIndexChanged(_startIndex);
+        thrown.guard([&] { Q_EMIT startIndexChanged(_startIndex); });
     }
+    thrown.rethrow();
 }
 
 void AnimationMarkers::setRangeStartIndex(unsigned int index) {
@@ -45,11 +50,13 @@ void AnimationMarkers::setRangeStartIndex(unsigned int index) {
         return;
     }
     _rangeStartIndex = index;
-    Q_EMIT rangeStartIndexChanged(index);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT rangeStartIndexChanged(index); });
     if (_rangeEndIndex < _rangeStartIndex) {
         _rangeEndIndex = _rangeStartIndex;
-        Q_EMIT rangeEndIndexChanged(_rangeEndIndex);
+        thrown.guard([&] { Q_EMIT rangeEndIndexChanged(_rangeEndIndex); });
     }
+    thrown.rethrow();
 }
 
 void AnimationMarkers::setRangeEndIndex(unsigned int index) {
@@ -57,11 +64,13 @@ void AnimationMarkers::setRangeEndIndex(unsigned int index) {
         return;
     }
     _rangeEndIndex = index;
-    Q_EMIT rangeEndIndexChanged(index);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT rangeEndIndexChanged(index); });
     if (_rangeStartIndex > _rangeEndIndex) {
         _rangeStartIndex = _rangeEndIndex;
-        Q_EMIT rangeStartIndexChanged(_rangeStartIndex);
+        thrown.guard([&] { Q_EMIT rangeStartIndexChanged(_rangeStartIndex); });
     }
+    thrown.rethrow();
 }
 
 void AnimationMarkers::setRangeVisible(bool visible) {

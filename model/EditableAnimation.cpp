@@ -1,6 +1,7 @@
 #include "model/EditableAnimation.h"
 
 #include "model/AnimationMarkers.h"
+#include "model/FirstException.h"
 
 #include <algorithm>
 #include <memory>
@@ -114,8 +115,10 @@ void EditableAnimation::_onGreaterCurveIndexChanged(unsigned int newGreater, uns
 
 // A layer that this animation created is connected already; twice would count its signals twice.
 void EditableAnimation::_adopt(EditableAnimationLayer* layer) const {
-    if (layer->getParentAnimation() != this) {
-        _connectLayer(layer);
+    FirstException thrown;
+    if (layer->getParentAnimation() != this && !thrown.guard([&] { _connectLayer(layer); })) {
+        _disconnectLayer(layer); // Memory is out.
+        thrown.rethrow();
     }
 }
 

@@ -1,5 +1,7 @@
 #include "model/EditableAnimationLayer.h"
 
+#include "model/FirstException.h"
+
 #include <utility>
 
 namespace ZT {
@@ -71,10 +73,14 @@ void EditableAnimationLayer::setCurve(EditableMotionCurve* pCurve) {
     if (pCurve == nullptr || pCurve == getCurve()) {
         return;
     }
-    curve.reset(pCurve);
     if (pCurve->getParentLayer() != this) { // A curve that this layer created is connected already.
-        _connectCurve(pCurve);
+        FirstException thrown;
+        if (!thrown.guard([&] { _connectCurve(pCurve); })) {
+            _disconnectCurve(pCurve); // Memory is out: it stays the caller's.
+            thrown.rethrow();
+        }
     }
+    curve.reset(pCurve);
     Q_EMIT curveChanged();
 }
 

@@ -2,6 +2,7 @@
 
 #include "base/animation/CurveEvaluation.h"
 #include "model/EditableMotionCurveExceptions.h"
+#include "model/FirstException.h"
 #include "model/MetaTypes.h"
 #include "model/Prefetch.h"
 
@@ -108,14 +109,6 @@ float EditableMotionCurve::valueAt(double frame) const {
     return VQ::Animation::evaluate(*this, frame);
 }
 
-// A key that createCurveKey() made is connected before it is in the curve; twice would count its signals
-// twice.
-void EditableMotionCurve::_adopt(EditableMotionCurveKey* key) const {
-    if (key->getParentCurve() != this) {
-        _connectKey(key);
-    }
-}
-
 void EditableMotionCurve::_connectKey(EditableMotionCurveKey* key) const {
     key->_connectTo(const_cast<EditableMotionCurve*>(this));
 }
@@ -159,17 +152,20 @@ void EditableMotionCurve::updateBezierAutoTangents() {
     // A slot may move a key on and on: the pass ends where the curve ended at first.
     const unsigned int greatest = getGreaterIndex();
     Placed previous;
+    FirstException thrown;
     PrefetchAhead ahead(size(), begin(), end(), [](auto position) { return position->second; });
     for (auto position = begin(); position != end() && position->first <= greatest;) {
         ahead.step();
         const auto [frame, key] = *position;
         const Placed next = ++position != end() ? Placed(*position) : Placed();
         const std::size_t before = revision();
-        if (_edits(key)) {
-            key->_updateBezierAutoTangents(previous, frame, next);
-        } else {
-            key->updateBezierAutoTangents(); // It asks its own parent.
-        }
+        thrown.guard([&, frame = frame, key = key] {
+            if (_edits(key)) {
+                key->_updateBezierAutoTangents(previous, frame, next);
+            } else {
+                key->updateBezierAutoTangents(); // It asks its own parent.
+            }
+        });
         previous = {frame, key};
         if (revision() != before) {
             // A slot moved keys: on behind this frame, wherever keys stand now.
@@ -180,6 +176,7 @@ void EditableMotionCurve::updateBezierAutoTangents() {
             ahead.restartAt(position);
         }
     }
+    thrown.rethrow();
 }
 
 EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, EditableMotionCurveKey* pKey) {
@@ -200,18 +197,36 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         translateKey(pKey, pIndex);
         return find(pIndex);
     }
-    const auto position = MotionCurve::insert(pIndex, pKey->_record());
+    const auto position = _takeIn(pIndex, pKey);
     const std::size_t inserted = revision();
-    _adopt(pKey);
-    Q_EMIT keyAdded(pKey);
-    _checkGreaterIndexChanged(previousGreater);
-    return revision() == inserted ? _toEditableIterator(position) : find(pIndex);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT keyAdded(pKey); });
+    thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); });
+    thrown.rethrow();
+    return revision() == inserted ? position : find(pIndex);
+}
+
+// The key is connected and in the map, or, where memory is out, as it was. A key that createCurveKey() made
+// is connected already; twice would count its signals twice.
+EditableMotionCurve::iterator EditableMotionCurve::_takeIn(Index frame, EditableMotionCurveKey* key) {
+    const bool isConnected = key->getParentCurve() == this;
+    const auto position = MotionCurve::insert(frame, key->_record());
+    FirstException thrown;
+    if (!isConnected && !thrown.guard([&] { _connectKey(key); })) {
+        detach(position).release();
+        _disconnectKey(key);
+        thrown.rethrow();
+    }
+    return _toEditableIterator(position);
 }
 
 bool EditableMotionCurve::translateKey(EditableMotionCurveKey* pKey, Index pIndexFinal) {
     const unsigned int previousGreater = getGreaterIndex();
-    const bool isThere = _translate(pKey, pIndexFinal);
-    _checkGreaterIndexChanged(previousGreater);
+    bool isThere = false;
+    FirstException thrown;
+    thrown.guard([&] { isThere = _translate(pKey, pIndexFinal); });
+    thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); });
+    thrown.rethrow();
     return isThere;
 }
 
@@ -244,8 +259,27 @@ EditableMotionCurveKey* EditableMotionCurve::_release(iterator position) {
     }
     detach(position.base()).release();
     _disconnectKey(key);
-    _checkGreaterIndexChanged(previousGreater);
+    FirstException thrown;
+    if (!thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); })) {
+        _putBack(key, frame);
+        thrown.rethrow();
+    }
     return key;
+}
+
+void EditableMotionCurve::_putBack(EditableMotionCurveKey* key, Index frame) {
+    const unsigned int previousGreater = getGreaterIndex();
+    Index target = frame;
+    if (!isIndexAvailable(target)) {
+        target = previousGreater + 1U; // Behind the last possible frame comes the first one.
+    }
+    while (!isIndexAvailable(target)) {
+        ++target;
+    }
+    _takeIn(target, key);
+    FirstException dropped;
+    dropped.guard([&] { Q_EMIT keyAdded(key); });
+    dropped.guard([&] { _checkGreaterIndexChanged(previousGreater); });
 }
 
 // A slot may move the key or destroy it: only where it still stands at its frame is it touched again.
@@ -282,8 +316,10 @@ void EditableMotionCurve::remove(Index pIndex) {
 void EditableMotionCurve::clear() {
     const unsigned int previousGreater = getGreaterIndex();
     MotionCurve::clear();
-    Q_EMIT curveCleared();
-    _checkGreaterIndexChanged(previousGreater);
+    FirstException thrown;
+    thrown.guard([&] { Q_EMIT curveCleared(); });
+    thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); });
+    thrown.rethrow();
 }
 
 } // namespace ZT

@@ -184,6 +184,11 @@ public:
     /// The same as moveKeys(); each key only once.
     void _moveKeys(const KeyMoves& moves);
 
+    /// Takes in a key that is in no curve, at @p frame or, where that is taken, behind the last key. Emits as
+    /// insert() does; what slots throw is dropped. For keys that were on their way to somebody who cannot be
+    /// given them any more, since an exception is on its own way there.
+    void _putBack(ZT::EditableMotionCurveKey* key, Index frame);
+
     /// Writes the handles of keys of this curve back past all rules (see the key's function of that name) as
     /// one batch: the keys' signals, then one keysChanged(). Nothing is emitted when nothing differs. For
     /// undo.
@@ -322,8 +327,14 @@ private:
     class Batch;
     class BatchWithFrames;
     struct Placement;
+    struct Exchange;
 
-    void _adopt(ZT::EditableMotionCurveKey* key) const;
+    iterator _takeIn(Index frame, ZT::EditableMotionCurveKey* key);
+    void _takeBack(const Exchange& exchange);
+    void _releaseKeys(Exchange& exchange);
+    void _insertKeys(Exchange& exchange);
+    static bool _isHeld(const EditableMotionCurveKey& key);
+    bool _place(Placement& placement, Batch& batch);
     void _fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const;
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);

@@ -2,15 +2,20 @@
 
 #include "base/math/Narrowing.h"
 #include "model/EditableMotionCurveExceptions.h"
+#include "model/FirstException.h"
 #include "model/FrameConversion.h"
 #include "model/FrameOrder.h"
 #include "model/Prefetch.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace ZT {
 
 using VQ::Math::Interpolation::InterpolationType;
 
-/// While it lives, the curve is inside a batch. Leaving it by an exception lowers the depth as well.
+/// While it lives, the curve is inside a batch. Whatever slots throw, the batch is carried through: each step
+/// runs in thrown.guard(), and end() throws what was thrown first.
 class [[nodiscard]] EditableMotionCurve::Batch {
 public:
     explicit Batch(EditableMotionCurve& curve)
@@ -30,9 +35,17 @@ public:
 
     /// Ends the batch; the outermost one announces the change.
     void end() {
+        _end();
+        thrown.rethrow();
+    }
+
+    FirstException thrown;
+
+protected:
+    void _end() noexcept {
         EditableMotionCurve* const curve = std::exchange(_curve, nullptr);
         --curve->_batchDepth;
-        curve->onKeysChanged();
+        thrown.guard([&] { curve->onKeysChanged(); });
     }
 
 private:
@@ -40,25 +53,23 @@ private:
 };
 
 /// A batch that moves keys in time: its end recomputes automatic handles and checks the greatest frame.
-class [[nodiscard]] EditableMotionCurve::BatchWithFrames {
+class [[nodiscard]] EditableMotionCurve::BatchWithFrames : public Batch {
 public:
     explicit BatchWithFrames(EditableMotionCurve& curve)
-        : _curve(curve)
-        , _previousGreater(curve.getGreaterIndex())
-        , _batch(curve) {}
-
-    void leaveRaised() noexcept { _batch.leaveRaised(); }
+        : Batch(curve)
+        , _curve(curve)
+        , _previousGreater(curve.getGreaterIndex()) {}
 
     void end() {
-        _curve.updateBezierAutoTangents();
-        _batch.end();
-        _curve._checkGreaterIndexChanged(_previousGreater);
+        thrown.guard([&] { _curve.updateBezierAutoTangents(); });
+        _end();
+        thrown.guard([&] { _curve._checkGreaterIndexChanged(_previousGreater); });
+        thrown.rethrow();
     }
 
 private:
     EditableMotionCurve& _curve;
     unsigned int _previousGreater;
-    Batch _batch;
 };
 
 /// A key on its way to a new frame: with its node if it was detached from this curve, without if it is a
@@ -113,8 +124,8 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
         }
         const auto& [key, target] = moves[order[i]];
         if (_edits(key)) {
-            key->setValue(VQ::Math::toFloat(target.y()));
-            _translate(key, frameFromPosition(target.x()));
+            batch.thrown.guard([&, key = key] { key->setValue(VQ::Math::toFloat(target.y())); });
+            batch.thrown.guard([&, key = key] { _translate(key, frameFromPosition(target.x())); });
         }
     }
     batch.end();
@@ -130,6 +141,9 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
             placements.push_back({key, entry.value(), DetachedKey(), !_holds(key)});
         }
     }
+    // All that needs memory comes before the first key leaves.
+    EditableMotionCurveReorganizedFail failure({});
+    failure.failedKeys.reserve(placements.size());
     // Neighbours leave one after the other: taking nodes out of a tree here and there is slow.
     const FrameOrder order(placements, [](const Placement& each) { return index(each.key); });
     for (const std::size_t position : order) {
@@ -139,28 +153,53 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
         }
     }
 
-    std::vector<EditableMotionCurveKey*> failedKeys;
-    for (auto& [key, target, detached, isNewcomer] : placements) {
-        if (isNewcomer && findBeside(target) == MotionCurve::end()) {
-            MotionCurve::insert(target, key->_record());
-            key->_announceIndex(target);
-            _adopt(key);
-            Q_EMIT keyAdded(key);
-        } else if (!isNewcomer && attach(detached, target)) {
-            key->_announceIndex(target);
-        } else {
-            failedKeys.push_back(key);
-            if (!isNewcomer) {
-                detached.release();
-                _disconnectKey(key);
-                Q_EMIT keyAboutToBeRemoved(key);
-            }
+    for (Placement& placement : placements) {
+        // A key that a slot put somewhere before its turn stays there.
+        if (!_isHeld(*placement.key) && !_place(placement, batch)) {
+            failure.failedKeys.push_back(placement.key);
         }
     }
-    batch.end();
+    FirstException thrown;
+    thrown.guard([&] { batch.end(); });
+    const auto isHeld = [](const EditableMotionCurveKey* key) { return _isHeld(*key); };
+    auto& failedKeys = failure.failedKeys;
+    failedKeys.erase(std::remove_if(failedKeys.begin(), failedKeys.end(), isHeld), failedKeys.end());
     if (!failedKeys.empty()) {
-        throw EditableMotionCurveReorganizedFail(failedKeys);
+        throw std::move(failure); // Who owns them comes first.
     }
+    thrown.rethrow();
+}
+
+// Whether a curve holds the key, be it this one or another.
+bool EditableMotionCurve::_isHeld(const EditableMotionCurveKey& key) {
+    return key.getParentCurve() != nullptr && key.getParentCurve()->_holds(&key);
+}
+
+bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
+    auto& [key, target, detached, isNewcomer] = placement;
+    if (!isNewcomer) {
+        if (attach(detached, target)) {
+            batch.thrown.guard([&, key = key, target = target] { key->_announceIndex(target); });
+            return true;
+        }
+        _disconnectKey(key);
+        batch.thrown.guard([&, key = key] { Q_EMIT keyAboutToBeRemoved(key); });
+        return false;
+    }
+    if (findBeside(target) != MotionCurve::end() || !batch.thrown.guard([&, key = key, target = target] {
+            MotionCurve::insert(target, key->_record());
+        })) {
+        return false;
+    }
+    batch.thrown.guard([&, key = key, target = target] { key->_announceIndex(target); });
+    const bool isConnected = _edits(key) || batch.thrown.guard([&, key = key] { _connectKey(key); });
+    if (!isConnected) {
+        detach(findKey(*key->_record())).release();
+        _disconnectKey(key);
+        return false;
+    }
+    batch.thrown.guard([&, key = key] { Q_EMIT keyAdded(key); });
+    return true;
 }
 
 // Which of a map's keys stand at their frames. Empty where the map's order is that of frames: otherwise one
@@ -182,11 +221,43 @@ std::vector<bool> EditableMotionCurve::_standing(const KeysIndexMap& frames) {
     return standing;
 }
 
+/// What releaseAndInsertKeys() was asked for and what it has done of it. Holds the caller's maps, which a
+/// slot may change.
+struct EditableMotionCurve::Exchange {
+    Exchange(KeysIndexMap keysToRelease, KeysIndexMap keysToInsert)
+        : toRelease(std::move(keysToRelease))
+        , toInsert(std::move(keysToInsert))
+        , left(toRelease) {}
+
+    const KeysIndexMap toRelease;
+    const KeysIndexMap toInsert;
+    KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
+    int releaseTurns = 0;
+    KeysIndexMap displaced;
+    std::vector<EditableMotionCurveKey*> skipped; ///< of toInsert
+    int insertTurns = 0;
+};
+
 EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
                                                                             const KeysIndexMap& toInsert) {
-    BatchWithFrames batch(*this);
-    // As a rule every key to release leaves: the answer then shares the caller's map.
-    KeysIndexMap left = toRelease;
+    Exchange exchange(toRelease, toInsert);
+    try {
+        BatchWithFrames batch(*this);
+        _releaseKeys(exchange);
+        _insertKeys(exchange);
+        batch.end();
+        for (auto entry = exchange.displaced.cbegin(); entry != exchange.displaced.cend(); ++entry) {
+            exchange.left.insert(entry.key(), entry.value());
+        }
+        return exchange.left;
+    } catch (...) {
+        _takeBack(exchange); // The caller gets no answer, so that nothing may have left.
+        throw;
+    }
+}
+
+void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
+    const KeysIndexMap& toRelease = exchange.toRelease;
     auto standing = _standing(toRelease);
     std::size_t count = 0;
     PrefetchAhead ahead(static_cast<std::size_t>(toRelease.size()), toRelease.cbegin(), toRelease.cend(),
@@ -204,28 +275,67 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
         const std::size_t before = revision();
         const bool isReleased = isThere && _release(position) != nullptr;
         if (!isReleased) {
-            left.remove(entry.key());
+            exchange.left.remove(entry.key());
         }
+        ++exchange.releaseTurns;
         if (revision() != before + (isReleased ? 1U : 0U)) {
             standing.clear(); // A slot changed what stands where.
         }
     }
+}
+
+void EditableMotionCurve::_insertKeys(Exchange& exchange) {
+    const KeysIndexMap& toInsert = exchange.toInsert;
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
         const bool hasCurve = key != nullptr && key->getParentCurve() != nullptr;
         if (key == nullptr || (hasCurve && (!_edits(key) || _holds(key)))) {
-            continue; // A key has one owner: what stands in a curve is not taken in a second time.
+            // A key has one owner: what stands in a curve is not taken in a second time.
+            exchange.skipped.push_back(key);
+            ++exchange.insertTurns;
+            continue;
         }
-        EditableMotionCurveKey* const displaced = release(entry.value());
-        MotionCurve::insert(entry.value(), key->_record());
-        _adopt(key);
+        if (EditableMotionCurveKey* const occupant = getKey(entry.value())) {
+            exchange.displaced.insert(occupant, entry.value()); // Before it leaves: this may fail.
+            if (_release(find(entry.value())) == nullptr) {
+                exchange.displaced.remove(occupant);
+            }
+        }
+        _takeIn(entry.value(), key);
+        ++exchange.insertTurns;
         Q_EMIT keyAdded(key);
-        if (displaced != nullptr) {
-            left.insert(displaced, entry.value());
+    }
+}
+
+// Back to what stood here before, announced like the way there; what slots throw now is dropped.
+void EditableMotionCurve::_takeBack(const Exchange& exchange) {
+    FirstException dropped;
+    BatchWithFrames batch(*this);
+    auto inserted = exchange.toInsert.cbegin();
+    for (int i = 0; i < exchange.insertTurns; ++i, ++inserted) {
+        EditableMotionCurveKey* const key = inserted.key();
+        const auto& skipped = exchange.skipped;
+        if (std::find(skipped.begin(), skipped.end(), key) == skipped.end() && _holds(key)) {
+            dropped.guard([&] { Q_EMIT keyAboutToBeRemoved(key); });
+            if (_holds(key)) {
+                detach(findKey(*key->_record())).release();
+                _disconnectKey(key);
+            }
         }
     }
-    batch.end();
-    return left;
+    auto released = exchange.toRelease.cbegin();
+    for (int i = 0; i < exchange.releaseTurns; ++i, ++released) {
+        if (exchange.left.contains(released.key()) && released.key()->getParentCurve() == nullptr) {
+            _putBack(released.key(), released.value());
+        }
+    }
+    // A key that was taken in and displaced by another one is the caller's again.
+    for (auto entry = exchange.displaced.cbegin(); entry != exchange.displaced.cend(); ++entry) {
+        if (!exchange.toInsert.contains(entry.key()) && entry.key()->getParentCurve() == nullptr) {
+            _putBack(entry.key(), entry.value());
+        }
+    }
+    dropped.guard([&] { batch.end(); });
 }
 
 template <class Keys, class Action>
@@ -244,7 +354,7 @@ void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
             key = entry.key();
         }
         if (_edits(key)) {
-            action(*key, *entry);
+            batch.thrown.guard([&] { action(*key, *entry); });
         }
     }
     batch.end();
@@ -293,10 +403,12 @@ void EditableMotionCurve::setKeysSymmetrical(const KeyStateMap& keysSymmetrical)
 void EditableMotionCurve::setKeysParam(const KeysSet& keys, InterpolationType type, bool smooth,
                                        bool symmetrical) {
     _editEach(keys, [&](EditableMotionCurveKey& key, auto) {
-        key.setTangentType(TangentSide::left, type);
-        key.setTangentType(TangentSide::right, type);
-        key.setSmooth(smooth);
-        key.setSymmetrical(symmetrical);
+        FirstException thrown;
+        thrown.guard([&] { key.setTangentType(TangentSide::left, type); });
+        thrown.guard([&] { key.setTangentType(TangentSide::right, type); });
+        thrown.guard([&] { key.setSmooth(smooth); });
+        thrown.guard([&] { key.setSymmetrical(symmetrical); });
+        thrown.rethrow();
     });
 }
 
@@ -305,11 +417,11 @@ void EditableMotionCurve::restoreKeys(const TangentTypeMap& tangentsType,
                                       const TangentPosMap& rightTangentsOffset, const KeyStateMap& keysSmooth,
                                       const KeyStateMap& keysSymmetrical) {
     Batch batch(*this);
-    setKeysSmooth(keysSmooth);
-    setKeysSymmetrical(keysSymmetrical);
-    setTangentsType(tangentsType);
-    moveTangents(leftTangentsOffset, TangentSide::left);
-    moveTangents(rightTangentsOffset, TangentSide::right);
+    batch.thrown.guard([&] { setKeysSmooth(keysSmooth); });
+    batch.thrown.guard([&] { setKeysSymmetrical(keysSymmetrical); });
+    batch.thrown.guard([&] { setTangentsType(tangentsType); });
+    batch.thrown.guard([&] { moveTangents(leftTangentsOffset, TangentSide::left); });
+    batch.thrown.guard([&] { moveTangents(rightTangentsOffset, TangentSide::right); });
     batch.end();
 }
 
@@ -318,7 +430,13 @@ void EditableMotionCurve::_restoreEach(const Saved& saved, Restore restore) {
     bool isRestored = false;
     Batch batch(*this);
     for (const auto& [key, state] : saved) {
-        isRestored = (_edits(key) && restore(*key, state)) || isRestored;
+        if (_edits(key)) {
+            const auto restoreKey = [&, key = key, &state = state] {
+                isRestored = restore(*key, state) || isRestored;
+            };
+            // A slot hears, and throws, only where something was restored.
+            isRestored = !batch.thrown.guard(restoreKey) || isRestored;
+        }
     }
     if (isRestored) {
         batch.end();

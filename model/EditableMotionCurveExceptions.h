@@ -18,7 +18,7 @@ public:
 /// A reorganisation of keys found some target frames taken. Thrown after everything else is done.
 class ZT_MODEL_EXPORT EditableMotionCurveReorganizedFail : public std::logic_error {
 public:
-    explicit EditableMotionCurveReorganizedFail(const std::vector<EditableMotionCurveKey*>& keys);
+    explicit EditableMotionCurveReorganizedFail(std::vector<EditableMotionCurveKey*> keys);
 
     /// The keys that could not be placed. They are in no curve and belong to whoever catches the exception;
     /// keys that were in no curve before still belong to whoever named them.

@@ -1,0 +1,186 @@
+#include "tests/faults/AllocationFailure.h"
+
+#include "base/animation/Animation.h"
+#include "tests/faults/FaultOperations.h"
+#include "tests/support/Snapshot.h"
+
+#include <QtTest>
+
+#include <boost/property_tree/ptree.hpp>
+
+#include <functional>
+#include <memory>
+#include <new>
+
+namespace {
+
+using Tree = boost::property_tree::ptree;
+
+/// Calls @p attempt with the number of the allocation that is to fail, until it says that there was none.
+/// Returns how many failed.
+std::size_t failEachAllocation(const std::function<bool(std::size_t)>& attempt) {
+    std::size_t n = 1;
+    while (attempt(n)) {
+        ++n;
+    }
+    return n - 1;
+}
+
+/// Runs an action, of which the n-th allocation fails. Returns whether there was one.
+bool runFailing(std::size_t n, const std::function<void()>& action) {
+    AllocationFailure failure(n);
+    try {
+        action();
+    } catch (const std::bad_alloc&) {
+        return true;
+    }
+    // Some are made up for where they fail.
+    return failure.hasHappened();
+}
+
+/// The same for an action that builds something new, which has no state to check. Returns how many failed.
+std::size_t failEachAllocationOf(const std::function<void()>& action) {
+    return failEachAllocation([&](std::size_t n) { return runFailing(n, action); });
+}
+
+VQ::Animation::Animation plainAnimation() {
+    const FaultScene scene;
+    return scene.animation().baseAnimation();
+}
+
+} // namespace
+
+class AllocationFailureTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void anOperationWithoutMemoryLosesNoKey_data();
+    void anOperationWithoutMemoryLosesNoKey();
+    void aCommandThatCannotBeBuiltLeavesItsKeysToTheCaller();
+    void whatCannotBeBuiltLeavesNothingBehind();
+    void aFailedReadLeavesThePlainAnimationUnchanged();
+    void aFailedReadLeavesTheEditableAnimationUnchanged();
+    void aFailedReadLeavesTheEditableCurveUnchanged();
+    void aLayerThatCannotTakeACurveLeavesItToTheCaller();
+    void writingWithoutMemoryLeavesNothingBehind();
+};
+
+void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey_data() {
+    QTest::addColumn<FaultOperation>("operation");
+    for (const auto& operations : {faultyEdits(), faultyCommands()}) {
+        for (const FaultOperation& operation : operations) {
+            QTest::newRow(operation.name) << operation;
+        }
+    }
+}
+
+void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey() {
+    QFETCH(const FaultOperation, operation);
+    failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        operation.prepare(scene);
+        const bool hasFailed = runFailing(n, [&] { operation.run(scene); });
+        const QString fault = scene.fault();
+        scene.command.reset();
+        [&] { QCOMPARE(scene.fault(), QString()); }();
+        [&] { QCOMPARE(QString("allocation %1: ").arg(n) + fault, QString("allocation %1: ").arg(n)); }();
+        return hasFailed;
+    });
+}
+
+void AllocationFailureTest::whatCannotBeBuiltLeavesNothingBehind() {
+    const VQ::Animation::Animation animation = plainAnimation();
+    QVERIFY(failEachAllocationOf([&] { const VQ::Animation::Animation copy(animation); }) > 20);
+    QVERIFY(failEachAllocationOf([&] { const ZT::EditableAnimation editable(animation); }) > 20);
+    QVERIFY(failEachAllocationOf([&] {
+                const FaultScene scene;
+                const std::unique_ptr<ZT::EditableMotionCurveKey> clone(scene.key(0)->clone());
+            }) > 20);
+}
+
+void AllocationFailureTest::aFailedReadLeavesThePlainAnimationUnchanged() {
+    const Tree tree = plainAnimation().serialize();
+    VQ::Animation::Animation animation;
+    animation.push_back(new VQ::Animation::AnimationLayer);
+    const Tree before = animation.serialize();
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        const bool hasFailed = runFailing(n, [&] { QVERIFY(animation.deserialize(tree)); });
+        [&] { QVERIFY(animation.serialize() == (hasFailed ? before : tree)); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 20);
+}
+
+void AllocationFailureTest::aFailedReadLeavesTheEditableAnimationUnchanged() {
+    const Tree tree = plainAnimation().serialize();
+    ZT::EditableAnimation animation;
+    animation.push_back(new ZT::EditableAnimationLayer);
+    const QString before = Snapshot::of(animation);
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        const bool hasFailed = runFailing(n, [&] { QVERIFY(animation.deserialize(tree)); });
+        const QString state = Snapshot::of(animation);
+        [&] { QCOMPARE(state == before, hasFailed); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 20);
+    QVERIFY(animation.serialize() == tree);
+}
+
+void AllocationFailureTest::aFailedReadLeavesTheEditableCurveUnchanged() {
+    const FaultScene scene;
+    const Tree tree = scene.curve(1).serialize();
+    const QString before = scene.state();
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        const bool hasFailed = runFailing(n, [&] { QVERIFY(scene.curve().deserialize(tree)); });
+        const QString state = hasFailed ? scene.state() : QString();
+        [&] { QCOMPARE(state, hasFailed ? before : QString()); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 10);
+    QVERIFY(scene.curve().serialize() == tree);
+}
+
+void AllocationFailureTest::aLayerThatCannotTakeACurveLeavesItToTheCaller() {
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        ZT::EditableAnimationLayer layer;
+        ZT::EditableMotionCurve* const before = layer.getCurve();
+        auto curve = std::make_unique<ZT::EditableMotionCurve>();
+        const bool hasFailed = runFailing(n, [&] { layer.setCurve(curve.get()); });
+        [&] { QCOMPARE(layer.getCurve(), hasFailed ? before : curve.get()); }();
+        [&] { QVERIFY(!hasFailed || curve->getParentLayer() == nullptr); }();
+        if (!hasFailed) {
+            static_cast<void>(curve.release()); // The layer's.
+        }
+        return hasFailed;
+    });
+    QVERIFY(failures > 0);
+}
+
+void AllocationFailureTest::aCommandThatCannotBeBuiltLeavesItsKeysToTheCaller() {
+    for (const FaultOperation& operation : faultyCommands()) {
+        const std::size_t failures = failEachAllocation([&](std::size_t n) {
+            FaultScene scene;
+            const QString before = scene.state();
+            QUndoCommand* command = nullptr;
+            const bool hasFailed = runFailing(n, [&] { command = operation.build(scene); });
+            [&] { QCOMPARE(scene.state(), before); }();
+            scene.command.reset(command);
+            for (std::size_t i = 0; i < FaultScene::keyCount; ++i) {
+                [&] { QVERIFY(scene.isAlive(i)); }();
+            }
+            return hasFailed;
+        });
+        QVERIFY2(failures > 0, operation.name);
+    }
+}
+
+void AllocationFailureTest::writingWithoutMemoryLeavesNothingBehind() {
+    const FaultScene scene;
+    QVERIFY(failEachAllocationOf([&] { scene.animation().serialize(); }) > 20);
+    QVERIFY(failEachAllocationOf([&] { scene.animation().baseAnimation(); }) > 20);
+}
+
+Q_DECLARE_METATYPE(FaultOperation)
+
+QTEST_GUILESS_MAIN(AllocationFailureTest)
+#include "AllocationFailureTest.moc"

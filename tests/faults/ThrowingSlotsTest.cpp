@@ -1,0 +1,120 @@
+#include "tests/faults/FaultOperations.h"
+#include "tests/faults/SlotThrower.h"
+
+#include <QtTest>
+
+namespace {
+
+QString stateAfter(const FaultOperation& operation, bool isRun) {
+    FaultScene scene;
+    operation.prepare(scene);
+    if (isRun) {
+        operation.run(scene);
+    }
+    return scene.state();
+}
+
+// A scene's state ends each curve with a line of its own.
+bool isOneOfThemCurveByCurve(const QString& state, const QString& before, const QString& after) {
+    const QStringList parts = state.split("\n--");
+    const QStringList old = before.split("\n--");
+    const QStringList made = after.split("\n--");
+    for (int i = 0; i < parts.size(); ++i) {
+        if (parts[i] != old.value(i) && parts[i] != made.value(i)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+class ThrowingSlotsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data();
+    void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack();
+    void theFirstOfSeveralExceptionsIsTheOneThatArrives();
+};
+
+void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data() {
+    QTest::addColumn<FaultOperation>("operation");
+    QTest::addColumn<bool>("throwsOnAndOn");
+    for (const auto& operations : {faultyEdits(), faultyCommands()}) {
+        for (const FaultOperation& operation : operations) {
+            QTest::newRow(operation.name) << operation << false;
+            QTest::addRow("%s, and on", operation.name) << operation << true;
+        }
+    }
+}
+
+void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack() {
+    QFETCH(const FaultOperation, operation);
+    QFETCH(const bool, throwsOnAndOn);
+    const QString before = stateAfter(operation, false);
+    const QString after = stateAfter(operation, true);
+    const auto afterThat = throwsOnAndOn ? SlotThrower::AfterThat::throwToo : SlotThrower::AfterThat::pass;
+    int emission = 1;
+    for (bool hasThrown = true; hasThrown; ++emission) {
+        FaultScene scene;
+        operation.prepare(scene);
+        bool hasArrived = false;
+        {
+            const SlotThrower thrower(scene, emission, afterThat);
+            try {
+                operation.run(scene);
+            } catch (const SlotFailure&) {
+                hasArrived = true;
+            }
+            hasThrown = thrower.hasThrown();
+        }
+        const QString where = QString("emission %1: ").arg(emission);
+        QCOMPARE(where + scene.fault(), where);
+        const QString state = scene.state();
+        scene.command.reset();
+        QCOMPARE(where + scene.fault(), where);
+        if (!hasThrown) {
+            QVERIFY(!hasArrived);
+            QCOMPARE(state, after);
+            break;
+        }
+        switch (operation.law) {
+        case Law::carriedThrough:
+            QCOMPARE(where + state, where + after);
+            break;
+        case Law::takenBack:
+            QCOMPARE(where + state, where + before);
+            break;
+        case Law::eitherWay:
+            QVERIFY2(state == before || state == after, qPrintable(where + state));
+            break;
+        case Law::curveByCurve:
+            QVERIFY2(isOneOfThemCurveByCurve(state, before, after), qPrintable(where + state));
+            break;
+        }
+    }
+    QVERIFY2(emission > 1, "no slot was called");
+}
+
+void ThrowingSlotsTest::theFirstOfSeveralExceptionsIsTheOneThatArrives() {
+    FaultScene scene;
+    int number = 0;
+    for (std::size_t i = 0; i < FaultScene::keysOfACurve; ++i) {
+        connect(scene.key(i), &FaultScene::Key::valueChanged, [&] { throw ++number; });
+    }
+    int arrived = 0;
+    try {
+        scene.curve().moveKeys(scene.forEachStanding<QPointF>(
+            [](FaultScene::Key* key) { return QPointF(ZT::index(key), 100.0); }));
+    } catch (const int thrown) {
+        arrived = thrown;
+    }
+    QCOMPARE(number, static_cast<int>(FaultScene::keysOfACurve));
+    QCOMPARE(arrived, 1);
+}
+
+Q_DECLARE_METATYPE(FaultOperation)
+
+QTEST_GUILESS_MAIN(ThrowingSlotsTest)
+#include "ThrowingSlotsTest.moc"
