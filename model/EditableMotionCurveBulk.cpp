@@ -192,6 +192,9 @@ bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
         return false;
     }
     batch.thrown.guard([&, key = key, target = target] { key->_announceIndex(target); });
+    if (!_holds(key)) {
+        return true; // A slot took it out again.
+    }
     const bool isConnected = _edits(key) || batch.thrown.guard([&, key = key] { _connectKey(key); });
     if (!isConnected) {
         detach(findKey(*key->_record())).release();

@@ -180,7 +180,5 @@ void AllocationFailureTest::writingWithoutMemoryLeavesNothingBehind() {
     QVERIFY(failEachAllocationOf([&] { scene.animation().baseAnimation(); }) > 20);
 }
 
-Q_DECLARE_METATYPE(FaultOperation)
-
 QTEST_GUILESS_MAIN(AllocationFailureTest)
 #include "AllocationFailureTest.moc"

@@ -2,6 +2,8 @@
 
 #include "tests/faults/FaultScene.h"
 
+#include <QMetaType>
+
 #include <functional>
 #include <vector>
 
@@ -26,3 +28,5 @@ struct FaultOperation {
 std::vector<FaultOperation> faultyEdits();
 /// Each command's first redo, undo, and redo after that.
 std::vector<FaultOperation> faultyCommands();
+
+Q_DECLARE_METATYPE(FaultOperation)

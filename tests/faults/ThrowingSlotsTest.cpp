@@ -114,7 +114,5 @@ void ThrowingSlotsTest::theFirstOfSeveralExceptionsIsTheOneThatArrives() {
     QCOMPARE(arrived, 1);
 }
 
-Q_DECLARE_METATYPE(FaultOperation)
-
 QTEST_GUILESS_MAIN(ThrowingSlotsTest)
 #include "ThrowingSlotsTest.moc"
