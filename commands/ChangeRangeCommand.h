@@ -27,6 +27,7 @@ namespace ZT::AnimCmd {
 ///
 /// Where the keys stood is captured when the command is built. Steps of one drag merge without further test.
 /// The markers belong to others and outlive the command's use; curves and placed keys belong to others too.
+/// What slots throw is thrown when the command is done.
 class ZT_COMMANDS_EXPORT ChangeRangeCommand : public QUndoCommand, public MergeableCommand {
 public:
     using KeysIndexMap = EditableMotionCurve::KeysIndexMap;

@@ -20,7 +20,8 @@ namespace ZT::AnimCmd {
 /// some are elsewhere than they were, undo() and every redo() but the first end with
 /// EditableMotionCurve::reorganizeKeys() for those; a value that comparison takes for the captured one, a
 /// zero of the other sign, is written by EditableMotionCurve::_restoreValues(). Merges with a step that moves
-/// exactly the same keys. Keys and curves belong to others; exceptions of a curve pass through.
+/// exactly the same keys. Keys and curves belong to others. What slots throw is thrown when the command is
+/// done.
 class ZT_COMMANDS_EXPORT MoveCurveKeysCommand : public QUndoCommand, public MergeableCommand {
 public:
     using KeyPosMap = EditableMotionCurve::KeyPosMap;

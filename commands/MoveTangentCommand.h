@@ -17,7 +17,8 @@ namespace ZT::AnimCmd {
 ///
 /// The handles are captured when the command is built. redo() is EditableMotionCurve::moveTangents() for each
 /// curve; undo() is the same with each key's own offset, and where a constraint leaves the opposite handle
-/// other than it was, EditableMotionCurve::_restoreHandles(). Keys and curves belong to others.
+/// other than it was, EditableMotionCurve::_restoreHandles(). Keys and curves belong to others. What slots
+/// throw is thrown when the command is done.
 ///
 /// Deliberate: a step merges when it moves the same keys or the same side. One that moves other keys on the
 /// same side is absorbed with its offset only; undo gives back what this command captured. See
