@@ -70,12 +70,11 @@ private:
             _reorganize({{key, _below(14)}, {_standingKey(), _below(14)}});
             break;
         case 5: {
-            auto* const newcomer = new Key; // Its frame may be taken, but nobody is displaced.
             const unsigned int frame = _below(20);
-            if (curve.isIndexAvailable(frame)) {
+            if (curve.isIndexAvailable(frame)) { // Nobody is destroyed.
+                auto* const newcomer = new Key;
+                _scene.watch(newcomer);
                 curve.insert(frame, newcomer);
-            } else {
-                delete newcomer;
             }
             break;
         }

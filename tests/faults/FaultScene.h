@@ -50,6 +50,8 @@ public:
 
     /// An operation was given a key by the curve: it is not lost outside.
     void receive(Key* key) { _received.push_back(key); }
+    /// A key that a slot makes: destroyed with the scene, unless it died before.
+    void watch(Key* key) { _watched.emplace_back(key); }
     std::unique_ptr<QUndoCommand> command;
 
     /// All there is to see, with keys by their numbers.
