@@ -1,38 +1,22 @@
 #include "BvhImporter.h"
-#include "fuzz/support/Law.h"
-#include "fuzz/support/PlainState.h"
+#include "fuzz/support/FileLaws.h"
 
-#include <algorithm>
-#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <set>
-#include <sstream>
 #include <stdexcept>
-#include <string>
 
 namespace {
 
 using VQ::Animation::Animation;
-
-/// "line N: " and something behind it.
-bool namesThePlace(const std::string& problem) {
-    const std::string word = "line ";
-    const std::size_t colon = problem.find(": ");
-    return problem.compare(0, word.size(), word) == 0 && colon != std::string::npos && colon > word.size() &&
-           std::all_of(problem.begin() + static_cast<std::ptrdiff_t>(word.size()),
-                       problem.begin() + static_cast<std::ptrdiff_t>(colon),
-                       [](unsigned char letter) { return std::isdigit(letter) != 0; }) &&
-           problem.size() > colon + 2;
-}
 
 std::optional<Animation> import(const std::string& text) {
     std::istringstream stream(text);
     try {
         return BvhImporter(stream).read();
     } catch (const std::runtime_error& error) {
-        requireLaw(namesThePlace(error.what()), "an error names its place", error.what());
+        FileLaws::requirePlace(error.what());
         return std::nullopt;
     }
 }
@@ -46,9 +30,7 @@ void check(const Animation& animation) {
                    layer.actuatorName);
         requireLaw(layer.curve->size() == frames, "each layer has a key at each frame", layer.actuatorName);
     }
-    Animation again;
-    requireLaw(again.deserialize(animation.serialize()), "what was imported can be saved and read");
-    requireSame(PlainState::of(again), PlainState::of(animation), "an import comes back bit by bit");
+    FileLaws::requireRoundTrip(animation);
 }
 
 } // namespace

@@ -33,7 +33,8 @@ def put(attribute, value):
 
 
 VALUE, TYPE, DX, DY, FRAME, SMOOTH, SYMMETRICAL, NAME, MUTE, TIME_UNIT = range(10)
-NAN_BITS, HUGE, TRUE, NEGATIVE_UNIT, ZERO_DENOMINATOR = 13, 7, 26, 36, 35
+NAN, NAN_BITS, NEGATIVE, HUGE, TRUE = 11, 13, 4, 7, 26
+UNIT, ZERO_UNIT, ZERO_DENOMINATOR, NEGATIVE_UNIT = 33, 34, 35, 36
 
 this_key = bytes([FILL, 0, 7])
 this_curve = bytes([FILL, 1, 4, 6, 5])
@@ -55,6 +56,9 @@ TREES = {
         "same_frame": this_curve + key(3) + bytes([CLOSE]) + key(3),
         "bad_unit": this_curve + put(TIME_UNIT, ZERO_DENOMINATOR),
         "negative_unit": put(TIME_UNIT, NEGATIVE_UNIT) + put(10, 1) + put(11, 1) + put(12, 1),
+        "no_time": put(TIME_UNIT, ZERO_UNIT) + put(10, 1) + put(11, 1) + put(12, 1),
+        "limits_reversed": put(TIME_UNIT, UNIT) + put(10, 6) + put(11, NAN) + put(12, NEGATIVE),
+        "two_attribute_lists": this_curve + bytes([OPEN, ELEMENTS.index("<xmlattr>"), CLOSE]),
     },
     "layer_tree": {
         "sound": bytes([FILL, 2, 3]) + b"arm" + curve(*keys),
@@ -66,6 +70,7 @@ TREES = {
         "empty": b"",
         "layers": layer(b"a", curve(*keys), bytes([CLOSE])) + layer(b"b", curve(), bytes([CLOSE])),
         "damaged_last": layer(b"a", curve(keys[0]), bytes([CLOSE])) + layer(b"b"),
+        "name_of_any_bytes": layer(b"\xff\r\x01\0", curve(*keys), bytes([CLOSE])) + layer(b"\xed\xa0\x80", curve()),
         "foreign": bytes([OPEN, ELEMENTS.index("other"), TEXT, 2]) + b"xy" + bytes([CLOSE]) + layer(b"", curve()),
         "deep": bytes([OPEN, 0] * 60),
     },
@@ -90,6 +95,24 @@ XMLS = {
     "truncated": xml(XML_LAYER % ("arm", XML_CURVE % ""))[:60],
     "utf16": "<animation/>".encode("utf-16"),
     "deep": xml("<b>" * 60 + "</b>" * 60),
+    "utf16_unmarked": "<animation/>".encode("utf-16-le"),
+    "utf32": "<animation/>".encode("utf-32-be"),
+    "byte_order_mark": b"\xef\xbb\xbf" + xml(XML_LAYER % ("\u00fc", XML_CURVE % "")),
+    "latin1": xml(XML_LAYER % ("\u00fc", XML_CURVE % "")).decode().encode("latin-1"),
+    "latin1_declared": xml("").replace(b"utf-8", b"ISO-8859-1"),
+    "declared_late": b"<animation><?xml version='1.0' encoding='latin1'?></animation>",
+    "overlong": b"<animation>\xc0\xaf\xe0\x80\x80\xf0\x80\x80\xaf</animation>",
+    "surrogates": b"<animation>\xed\xa0\xbd\xed\xb8\x80</animation>",
+    "beyond_unicode": b"<animation>\xf4\x90\x80\x80\xff</animation>",
+    "half_character": b"<animation/>\xf0\x9f\xa6",
+    "references": xml(XML_LAYER % ("&#0;&#x1;&#xd800;&#xfffe;&#x110000;&#x100000041;", XML_CURVE % "")),
+    "unknown_references": xml(XML_LAYER % ("&nbsp;&amp&;&#;&#x;&#X41;", XML_CURVE % "")),
+    "lines_in_names": xml(XML_LAYER % ("a\r\n\tb&#13;&#10;&#9;", XML_CURVE % "")),
+    "controls_in_names": xml(XML_LAYER % ("a\1b\x7f", XML_CURVE % "")),
+    "many_attributes": xml("<layer" + " a=''" * 300 + "/>"),
+    "many_comments": xml("<!-- <!-- -->" * 100),
+    "two_roots": xml("") + b"<animation/>",
+    "no_time": xml(XML_LAYER % ("a", (XML_CURVE % "").replace("1/25", "0/1"))),
 }
 
 BVH = """HIERARCHY
@@ -121,6 +144,13 @@ BVHS = {
     "deep": "HIERARCHY\nROOT a\n{\nOFFSET 0 0 0\nCHANNELS 0\n" + "JOINT a { OFFSET 0 0 0 CHANNELS 0\n" * 300,
     "same_names": (BVH % (1, "0.04") + "1 2 3\n").replace("knee", "hip"),
     "truncated": (BVH % (1, "0.04"))[:100],
+    "cr": (BVH % (1, "0.04") + "1 2 3\n").replace("\n", "\r"),
+    "latin1": (BVH % (1, "0.04") + "1 2 3\n").replace("knee", "kn\u00ebe").encode("latin-1"),
+    "utf16": (BVH % (1, "0.04") + "1 2 3\n").encode("utf-16"),
+    "byte_order_mark": "\ufeff" + (BVH % (1, "0.04") + "1 2 3\n").replace("knee", "kn\u00ebe"),
+    "not_finite": (BVH % (1, "0.04") + "nan inf 3\n").replace("-1.5", "-inf"),
+    "billion_channels": (BVH % (1, "0.04")).replace("CHANNELS 2", "CHANNELS 1000000000"),
+    "fewer_values": BVH % (2, "0.04") + "1 2 3\n1 2\n",
 }
 
 

@@ -13,7 +13,9 @@ namespace VQ::Animation {
 class VQ_EXPORT AnimationLayer : public SerializationInterface {
 public:
     std::unique_ptr<MotionCurve> curve; ///< owned; a curve of a derived class may stand here
-    std::string actuatorName;           ///< the name of what the layer animates, UTF-8
+    /// The name of what the layer animates, UTF-8. Other bytes are kept as they are, also in trees; only an
+    /// XML file is refused with them.
+    std::string actuatorName;
     bool mute = false;
 
     /// A layer without name that holds an empty curve.

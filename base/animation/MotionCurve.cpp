@@ -236,13 +236,20 @@ void MotionCurve::clear() noexcept {
     }
 }
 
+void MotionCurve::setTimeUnit(const RationalSeconds& timeUnit) {
+    if (timeUnit.count().numerator() < 1) {
+        throw std::invalid_argument("a frame lasts longer than no time");
+    }
+    _settings.timeUnit = timeUnit;
+}
+
 MotionCurve::Key* MotionCurve::createCurveKey() const {
     return new Key;
 }
 
 Tree MotionCurve::serialize() const {
     Tree tree;
-    TreeItems::putFraction(tree, "timeUnit", _settings.timeUnit);
+    TreeItems::putDuration(tree, "timeUnit", _settings.timeUnit);
     TreeItems::putNumber(tree, "minimum", _settings.valueLimits.first);
     TreeItems::putNumber(tree, "maximum", _settings.valueLimits.second);
     TreeItems::putNumber(tree, "maximumDerivative", _settings.maxAbsoluteDerivative);
@@ -256,7 +263,7 @@ Tree MotionCurve::serialize() const {
 
 void MotionCurve::_read(const Tree& tree) {
     MotionCurve fresh(*_functions);
-    fresh._settings.timeUnit = TreeItems::getFraction(tree, "timeUnit");
+    fresh._settings.timeUnit = TreeItems::getDuration(tree, "timeUnit");
     fresh._settings.valueLimits = {TreeItems::getNumber(tree, "minimum"),
                                    TreeItems::getNumber(tree, "maximum")};
     fresh._settings.maxAbsoluteDerivative = TreeItems::getNumber(tree, "maximumDerivative");

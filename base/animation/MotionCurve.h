@@ -84,11 +84,13 @@ public:
     /// A new key with default values, of the kind that this curve holds; belongs to the caller.
     virtual Key* createCurveKey() const;
 
-    /// The length of one frame.
+    /// The length of one frame, above zero in every curve: setting another one throws std::invalid_argument
+    /// and changes nothing. What is written can be read, then.
     const RationalSeconds& getTimeUnit() const noexcept { return _settings.timeUnit; }
-    void setTimeUnit(const RationalSeconds& timeUnit) { _settings.timeUnit = timeUnit; }
+    void setTimeUnit(const RationalSeconds& timeUnit);
 
-    /// Minimum, then maximum, in value units. Kept for the curve's users; keys are not clamped.
+    /// Minimum, then maximum, in value units. Kept for the curve's users, bit by bit whatever they are; keys
+    /// are not clamped.
     std::pair<float, float> getValueLimits() const noexcept { return _settings.valueLimits; }
     void setValueLimits(const std::pair<float, float>& limits) { _settings.valueLimits = limits; }
 

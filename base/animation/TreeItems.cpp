@@ -1,5 +1,6 @@
 #include "base/animation/TreeItems.h"
 
+#include "base/animation/Utf8.h"
 #include "base/math/FloatBits.h"
 
 #include <boost/property_tree/ptree.hpp>
@@ -78,22 +79,25 @@ bool numberFromText(std::string_view text, float& number) {
 }
 
 [[noreturn]] void refuseValue(const char* attribute, const std::string& text, const char* expected) {
-    refuse(std::string("attribute \"") + attribute + "\" is \"" + text.substr(0, 60) + "\", not " + expected);
+    refuse(std::string("attribute \"") + attribute + "\" is " + inQuotes(text) + ", not " + expected);
 }
 
-const std::string* findText(const Tree& tree, const char* attribute) {
-    const auto attributes = tree.find(attributesName);
-    if (attributes == tree.not_found()) {
-        return nullptr;
-    }
-    const auto [first, last] = attributes->second.equal_range(attribute);
+// The one child of that name; null when there is none.
+const Tree* findOne(const Tree& tree, const char* kind, const char* name) {
+    const auto [first, last] = tree.equal_range(name);
     if (first == last) {
         return nullptr;
     }
     if (std::next(first) != last) {
-        refuse(std::string("attribute \"") + attribute + "\" stands twice");
+        refuse(std::string(kind) + " \"" + name + "\" stands twice");
     }
-    return &first->second.data();
+    return &first->second;
+}
+
+const std::string* findText(const Tree& tree, const char* attribute) {
+    const Tree* const attributes = findOne(tree, "element", attributesName);
+    const Tree* const found = attributes == nullptr ? nullptr : findOne(*attributes, "attribute", attribute);
+    return found == nullptr ? nullptr : &found->data();
 }
 
 } // namespace
@@ -122,7 +126,7 @@ void putFrame(Tree& tree, const char* attribute, unsigned int frame) {
     putText(tree, attribute, toText(frame));
 }
 
-void putFraction(Tree& tree, const char* attribute, const RationalSeconds& seconds) {
+void putDuration(Tree& tree, const char* attribute, const RationalSeconds& seconds) {
     const auto count = seconds.count();
     putText(tree, attribute, toText(count.numerator()) + '/' + toText(count.denominator()));
 }
@@ -159,14 +163,15 @@ unsigned int getFrame(const Tree& tree, const char* attribute) {
     return frame;
 }
 
-RationalSeconds getFraction(const Tree& tree, const char* attribute) {
+RationalSeconds getDuration(const Tree& tree, const char* attribute) {
     const std::string& text = getText(tree, attribute);
     const auto slash = text.find('/');
     int numerator = 0;
     int denominator = 0;
     if (slash == std::string::npos || !fromText(std::string_view(text).substr(0, slash), numerator) ||
-        !fromText(std::string_view(text).substr(slash + 1), denominator) || denominator < 1) {
-        refuseValue(attribute, text, "a fraction of whole numbers");
+        !fromText(std::string_view(text).substr(slash + 1), denominator) || numerator < 1 ||
+        denominator < 1) {
+        refuseValue(attribute, text, "a fraction of whole numbers above zero");
     }
     return RationalSeconds(boost::rational<int>(numerator, denominator));
 }
@@ -193,14 +198,11 @@ bool getOptionalFlag(const Tree& tree, const char* attribute) {
 }
 
 const Tree& getChild(const Tree& tree, const char* name) {
-    const auto [first, last] = tree.equal_range(name);
-    if (first == last) {
+    const Tree* const child = findOne(tree, "element", name);
+    if (child == nullptr) {
         refuse(std::string("element \"") + name + "\" is missing");
     }
-    if (std::next(first) != last) {
-        refuse(std::string("element \"") + name + "\" stands twice");
-    }
-    return first->second;
+    return *child;
 }
 
 } // namespace VQ::Animation::TreeItems

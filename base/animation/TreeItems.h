@@ -7,7 +7,7 @@
 
 #include <string>
 
-/// The small items that the record trees are made of: attributes holding numbers, fractions, names.
+/// The small items that the record trees are made of: attributes holding numbers, durations, names.
 ///
 /// Numbers are written in the shortest form that reads back to the same bits, with '.' as decimal point
 /// whatever the locale says. Readers take the whole text or nothing and throw std::invalid_argument, naming
@@ -23,14 +23,15 @@ void append(Tree& tree, const char* name, Tree&& child);
 void putText(Tree& tree, const char* attribute, const std::string& text);
 void putNumber(Tree& tree, const char* attribute, float number);
 void putFrame(Tree& tree, const char* attribute, unsigned int frame);
-void putFraction(Tree& tree, const char* attribute, const RationalSeconds& seconds);
+void putDuration(Tree& tree, const char* attribute, const RationalSeconds& seconds);
 /// A type outside the enumeration is written as "bezier auto", so that what was saved can be read.
 void putType(Tree& tree, const char* attribute, Math::Interpolation::InterpolationType type);
 
 const std::string& getText(const Tree& tree, const char* attribute);
 float getNumber(const Tree& tree, const char* attribute);
 unsigned int getFrame(const Tree& tree, const char* attribute);
-RationalSeconds getFraction(const Tree& tree, const char* attribute);
+/// Above zero: no frame lasts no time or runs backwards.
+RationalSeconds getDuration(const Tree& tree, const char* attribute);
 Math::Interpolation::InterpolationType getType(const Tree& tree, const char* attribute);
 
 /// "true" and "false" and nothing else; an attribute that is missing counts as false.

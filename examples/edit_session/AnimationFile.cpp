@@ -49,7 +49,11 @@ void AnimationFile::save(const ZT::EditableAnimation& animation) const {
         _fail("an animation can only be saved as .xml");
     }
     std::ostringstream stream;
-    VQ::Animation::writeAnimationXml(stream, animation.serialize());
+    try {
+        VQ::Animation::writeAnimationXml(stream, animation.serialize());
+    } catch (const std::runtime_error& error) {
+        _fail(QString::fromUtf8(error.what()));
+    }
     const QByteArray bytes = QByteArray::fromStdString(stream.str());
 
     QSaveFile file(_path);

@@ -1,5 +1,8 @@
 #include "BvhImporter.h"
 
+#include "base/animation/Utf8.h"
+#include "base/animation/XmlText.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -9,6 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
+using VQ::Animation::inQuotes;
 using VQ::Animation::RationalSeconds;
 using VQ::Math::Interpolation::Key;
 
@@ -23,14 +27,6 @@ std::errc fromText(std::string_view text, Number& number) {
     const char* const last = text.data() + text.size();
     const auto [end, error] = std::from_chars(text.data(), last, number);
     return error == std::errc() && end != last ? std::errc::invalid_argument : error;
-}
-
-// A damaged file may hold anything, also where an error message quotes it.
-std::string inQuotes(std::string_view word) {
-    std::string text(word.substr(0, 40));
-    std::replace_if(
-        text.begin(), text.end(), [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; }, '?');
-    return '"' + text + (word.size() > 40 ? "...\"" : "\"");
 }
 
 } // namespace
@@ -159,9 +155,9 @@ void BvhImporter::_readJoint() {
     if (name == "{" || name == "}") {
         _failAt(name, "a joint's name");
     }
-    if (std::any_of(name.begin(), name.end(),
-                    [](unsigned char letter) { return letter < 0x20 || letter == 0x7f; })) {
-        _fail("the joint's name " + inQuotes(name) + " holds a control character");
+    // What is imported is to be saved.
+    if (const auto fault = VQ::Animation::findXmlTextFault(name)) {
+        _fail("the joint's name " + inQuotes(name) + " holds " + fault->what);
     }
     _expect("{");
     _readOffset();

@@ -15,8 +15,11 @@
 ///
 /// Every channel becomes a layer named "Joint.Channel" with one key at each frame, the first line being frame
 /// 0. A joint's name that occurs again gets a number, so that every layer has a name of its own. Line endings
-/// may be of any kind and mixed; numbers have '.' as decimal point whatever the locale says. Memory grows
-/// with what the file holds, never with what it claims to hold.
+/// may be of any kind and mixed; numbers have '.' as decimal point whatever the locale says. Names are UTF-8
+/// that XML can hold, so that what is imported can be saved.
+///
+/// Time and memory grow with what the file holds, never with what it claims to hold: O(n log n) in its size,
+/// and some 100 bytes for each value of a frame.
 class BvhImporter {
 public:
     static constexpr int maximumDepth = 256;                                ///< joints within joints

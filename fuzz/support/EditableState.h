@@ -6,36 +6,20 @@
 
 #include <string>
 
-/// The state of editable records as text. Two texts for each: all of it, which also names the key objects, so
-/// that it shows whether a read that failed left the very same object; and what reading keeps to the bit. The
-/// latter leaves out handles that reading by its rules computes anew: automatic ones and those under a
-/// constraint.
+/// The state of editable records as text.
 namespace EditableState {
 
-inline std::string all(const ZT::EditableMotionCurveKey& key) {
-    return Snapshot::of(key).toStdString();
-}
+enum class Extent {
+    all, ///< also which objects the keys are, to see whether a read that failed left the very same ones
+    kept ///< without the handles that reading by its rules computes anew: automatic and constrained ones
+};
 
-inline std::string all(const ZT::EditableMotionCurve& curve) {
-    return PlainState::of(curve.baseMotionCurve()) + '\n' + Snapshot::of(curve).toStdString();
-}
-
-inline std::string all(const ZT::EditableAnimationLayer& layer) {
-    return layer.getActuatorName().toStdString() + (layer.isMute() ? " mute\n" : "\n") +
-           all(*layer.getCurve());
-}
-
-inline std::string all(const ZT::EditableAnimation& animation) {
-    std::string text;
-    for (const ZT::EditableAnimationLayer* const layer : animation) {
-        text += all(*layer) + '\n';
-    }
-    return text;
-}
-
-inline std::string kept(const ZT::EditableMotionCurveKey& key) {
+inline std::string of(const ZT::EditableMotionCurveKey& key, Extent extent) {
     using VQ::Math::Position2D;
     using VQ::Math::Interpolation::InterpolationType;
+    if (extent == Extent::all) {
+        return Snapshot::of(key).toStdString();
+    }
     VQ::Math::Interpolation::Key record = key.baseMotionCurveKey();
     const bool isConstrained = key.isSmooth() || key.isSymmetrical();
     if (isConstrained || record.leftTangentType == InterpolationType::bezierAuto) {
@@ -48,25 +32,30 @@ inline std::string kept(const ZT::EditableMotionCurveKey& key) {
            (key.isSymmetrical() ? " symmetrical" : "");
 }
 
-inline std::string kept(const ZT::EditableMotionCurve& curve) {
+inline std::string of(const ZT::EditableMotionCurve& curve, Extent extent) {
     VQ::Animation::MotionCurve settings = curve.baseMotionCurve();
     settings.clear();
     std::string text = PlainState::of(settings);
+    if (extent == Extent::all) {
+        return text + '\n' + Snapshot::of(curve).toStdString();
+    }
     for (const auto element : curve) {
-        text += '\n' + std::to_string(element.first) + ": " + kept(*element.second);
+        text += '\n' + std::to_string(element.first) + ": " + of(*element.second, extent);
     }
     return text;
 }
 
-inline std::string kept(const ZT::EditableAnimationLayer& layer) {
-    return layer.getActuatorName().toStdString() + (layer.isMute() ? " mute\n" : "\n") +
-           kept(*layer.getCurve());
+/// The name by its bytes: they need not be UTF-8.
+inline std::string of(const ZT::EditableAnimationLayer& layer, Extent extent) {
+    VQ::Animation::AnimationLayer record = layer.baseAnimationLayer();
+    record.curve->clear();
+    return PlainState::of(record) + '\n' + of(*layer.getCurve(), extent);
 }
 
-inline std::string kept(const ZT::EditableAnimation& animation) {
+inline std::string of(const ZT::EditableAnimation& animation, Extent extent) {
     std::string text;
     for (const ZT::EditableAnimationLayer* const layer : animation) {
-        text += kept(*layer) + '\n';
+        text += of(*layer, extent) + '\n';
     }
     return text;
 }

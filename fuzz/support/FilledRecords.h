@@ -1,13 +1,14 @@
 #pragma once
 
 #include "base/animation/Animation.h"
+#include "fuzz/support/PlainKey.h"
 
 /// Records with contents of their own, to see whether a read that fails leaves them alone.
 namespace FilledRecords {
 
-inline VQ::Math::Interpolation::Key key() {
+inline PlainKey key() {
     using VQ::Math::Interpolation::InterpolationType;
-    VQ::Math::Interpolation::Key result;
+    PlainKey result;
     result.value = 1.5F;
     result.leftTangentType = InterpolationType::bezier;
     result.leftTangentOffset = {-2.0F, 0.25F};

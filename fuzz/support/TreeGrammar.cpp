@@ -82,7 +82,9 @@ public:
         while (!_bytes.isAtEnd() && _elements < mostElements) {
             _step();
         }
-        return std::move(_root);
+        Tree grown;
+        grown.swap(_root);
+        return grown;
     }
 
 private:

@@ -2,13 +2,14 @@
 
 #include "fuzz/support/EditableState.h"
 #include "fuzz/support/Law.h"
-#include "fuzz/support/PlainState.h"
+#include "fuzz/support/TreeGrammar.h"
 
 #include <boost/property_tree/ptree.hpp>
 
 /// What must hold for every tree that is read into a plain record or an editable one.
 namespace TreeLaws {
 
+using EditableState::Extent;
 using Tree = boost::property_tree::ptree;
 
 /// Reads into @p record, which has contents, and returns whether the tree was readable.
@@ -30,17 +31,32 @@ bool checkPlain(const Tree& tree, Plain record) {
 /// The same for @p filled, an editable record with contents.
 template <class Editable>
 void checkEditable(const Tree& tree, Editable& filled, bool isReadable) {
-    const std::string before = EditableState::all(filled);
+    const std::string before = EditableState::of(filled, Extent::all);
     requireLaw(filled.deserialize(tree) == isReadable, "plain and editable records read the same trees");
     if (!isReadable) {
-        requireSame(EditableState::all(filled), before, "a read that fails leaves the object alone");
+        requireSame(EditableState::of(filled, Extent::all), before,
+                    "a read that fails leaves the object alone");
         return;
     }
     Editable first;
     requireLaw(first.deserialize(tree), "a tree can be read twice");
+    requireSame(EditableState::of(filled, Extent::kept), EditableState::of(first, Extent::kept),
+                "what was there before makes no difference");
     Editable second;
     requireLaw(second.deserialize(first.serialize()), "what was written can be read");
-    requireSame(EditableState::kept(second), EditableState::kept(first), "an editable record comes back");
+    requireSame(EditableState::of(second, Extent::kept), EditableState::of(first, Extent::kept),
+                "an editable record comes back");
+}
+
+/// Both for the tree that the bytes make and a record with contents; the tree.
+template <class Editable, class Plain>
+Tree check(const std::uint8_t* data, std::size_t size, const Plain& filled) {
+    Bytes bytes(data, size);
+    Tree tree = treeFromBytes(bytes);
+    const bool isReadable = checkPlain(tree, filled);
+    Editable editable(filled);
+    checkEditable(tree, editable, isReadable);
+    return tree;
 }
 
 } // namespace TreeLaws

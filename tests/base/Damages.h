@@ -136,8 +136,26 @@ inline List ofCurve() {
     List key = ofKey();
     append(key, ofAttribute("frame", {"", "x", "4294967296", "99999999999999999999", "-1", "1.5", "1e3", "7 ",
                                       " 7", "0x7", "7,", "1.000", "nan", "inf"}));
-    List list = ofAttribute("timeUnit", {"", "1", "/", "1/", "/25", "1/0", "1/-25", "1/25 ", " 1/25", "1 /25",
-                                         "1/2/5", "0.04", "1/2.5", "x/y", "1/4294967296", "-2147483649/1"});
+    List list = ofAttribute("timeUnit", {"",
+                                         "1",
+                                         "/",
+                                         "1/",
+                                         "/25",
+                                         "1/0",
+                                         "1/-25",
+                                         "1/25 ",
+                                         " 1/25",
+                                         "1 /25",
+                                         "1/2/5",
+                                         "0.04",
+                                         "1/2.5",
+                                         "x/y",
+                                         "1/4294967296",
+                                         "-2147483649/1",
+                                         "0/1",
+                                         "-1/25",
+                                         "-2147483648/1",
+                                         "-2147483648/3"});
     for (const char* const item : {"minimum", "maximum", "maximumDerivative"}) {
         append(list, ofAttribute(item, badNumbers));
     }

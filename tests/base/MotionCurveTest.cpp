@@ -361,7 +361,7 @@ private slots:
     void everyCurveReadsBackBitForBit() {
         QVERIFY(rc::check([] {
             MotionCurve curve;
-            const int numerator = *rc::gen::inRange(-1000, 1000);
+            const int numerator = *rc::gen::inRange(1, 1000);
             curve.setTimeUnit(RationalSeconds(boost::rational<int>(numerator, *rc::gen::inRange(1, 100000))));
             const float minimum = *Records::anyFloat();
             curve.setValueLimits({minimum, *Records::anyFloat()});

@@ -60,6 +60,7 @@ private Q_SLOTS:
     void aDirectoryIsNoFile();
     void onlyXmlIsWritten();
     void aFailedSaveLeavesTheOldFile();
+    void aNameThatNoFileCanHoldLeavesTheOldFile();
     void savingReplacesTheFileAndLeavesNothingBeside();
 };
 
@@ -156,7 +157,7 @@ void AnimationFileTest::errorsNameTheFileAndThePlace_data() {
     QTest::newRow("no capture") << "a.bvh" << QByteArray()
                                 << "line 1: the file ends where \"HIERARCHY\" should stand";
     QTest::newRow("another root") << "a.xml" << QByteArray("<other/>")
-                                  << "the root element is not \"animation\"";
+                                  << "line 1: the root element is \"other\", not \"animation\"";
     QTest::newRow("another suffix") << "a.txt" << capture
                                     << "the file is neither an animation (.xml) nor a motion capture (.bvh)";
     QTest::newRow("no suffix") << "xml" << capture
@@ -217,6 +218,17 @@ void AnimationFileTest::aFailedSaveLeavesTheOldFile() {
     QVERIFY(problemOf([&] { AnimationFile(path).save(animation); }).startsWith(path + ": "));
     QVERIFY(QFileInfo(path).isDir());
     QCOMPARE(QDir(directory.path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries), QStringList("a.xml"));
+}
+
+void AnimationFileTest::aNameThatNoFileCanHoldLeavesTheOldFile() {
+    const QTemporaryDir directory;
+    const QString path = directory.filePath("a.xml");
+    const auto animation = AnimationFile(shippedFile).load();
+    AnimationFile(path).save(*animation);
+    (*animation->begin())->setActuatorName(QString("arm") + QChar(0x1b));
+    QCOMPARE(problemOf([&] { AnimationFile(path).save(*animation); }),
+             path + ": layer 1: attribute \"name\" holds the character U+001B, which XML cannot hold");
+    QCOMPARE(contentOf(path), contentOf(shippedFile));
 }
 
 void AnimationFileTest::savingReplacesTheFileAndLeavesNothingBeside() {

@@ -1,4 +1,4 @@
-#include "BvhImporter.h"
+#include "BvhFiles.h"
 
 #include <QtTest>
 
@@ -6,56 +6,15 @@
 #include <cmath>
 #include <fstream>
 #include <set>
-#include <sstream>
-#include <stdexcept>
 
+using BvhFiles::goodFile;
+using BvhFiles::problemIn;
+using BvhFiles::read;
+using BvhFiles::replaced;
 using VQ::Animation::Animation;
 using VQ::Math::Interpolation::InterpolationType;
 
 namespace {
-
-// Two joints, three channels, two frames; the lines' numbers are what the tests of errors count on.
-const QByteArray goodFile = "HIERARCHY\n"                        // 1
-                            "ROOT Hips\n"                        // 2
-                            "{\n"                                // 3
-                            "  OFFSET 0.0 1 -2.5\n"              // 4
-                            "  CHANNELS 2 Yposition Xrotation\n" // 5
-                            "  JOINT Knee\n"                     // 6
-                            "  {\n"                              // 7
-                            "    OFFSET 0 -4 0\n"                // 8
-                            "    CHANNELS 1 Zrotation\n"         // 9
-                            "    End Site\n"                     // 10
-                            "    {\n"                            // 11
-                            "      OFFSET 0 -3 0\n"              // 12
-                            "    }\n"                            // 13
-                            "  }\n"                              // 14
-                            "}\n"                                // 15
-                            "MOTION\n"                           // 16
-                            "Frames: 2\n"                        // 17
-                            "Frame Time: 0.04\n"                 // 18
-                            "1.5 -.25 30\n"                      // 19
-                            "2 1e2 -0.0\n";                      // 20
-
-Animation read(const QByteArray& text) {
-    std::istringstream stream(text.toStdString());
-    return BvhImporter(stream).read();
-}
-
-/// The error of reading @p text; empty when it is read.
-QString problemIn(const QByteArray& text) {
-    try {
-        read(text);
-        return {};
-    } catch (const std::runtime_error& error) {
-        return QString::fromUtf8(error.what());
-    }
-}
-
-QByteArray replaced(const char* before, const char* after) {
-    QByteArray text = goodFile;
-    Q_ASSERT(text.contains(before));
-    return text.replace(before, after);
-}
 
 /// All of an animation, for comparison.
 QString show(const Animation& animation) {
@@ -93,11 +52,6 @@ private Q_SLOTS:
     void aFileMayHoldNoFrames();
     void aFileMayHoldSeveralRoots();
     void jointsOfOneNameGetLayersOfTheirOwn();
-    void jointsMayBeNestedUpToTheLimit();
-    void malformedFilesAreRefusedWithTheLine_data();
-    void malformedFilesAreRefusedWithTheLine();
-    void everyTruncatedFileIsRefused();
-    void linesLongerThanTheLimitAreRefused();
     void realCapturesAreRead_data();
     void realCapturesAreRead();
 };
@@ -220,146 +174,6 @@ void BvhImporterTest::jointsOfOneNameGetLayersOfTheirOwn() {
                             "MOTION Frames: 1 Frame Time: 1\n1 2 3 4\n";
     QCOMPARE(show(read(text)), QString("A.Xrotation 1/1\n0: 1\nA_2.Xrotation 1/1\n0: 2\n"
                                        "A_3.Xrotation 1/1\n0: 3\nA_4.Xrotation 1/1\n0: 4"));
-}
-
-void BvhImporterTest::jointsMayBeNestedUpToTheLimit() {
-    const auto chain = [](int joints) {
-        QByteArray text = "HIERARCHY\n";
-        for (int i = 0; i < joints; ++i) {
-            text += i == 0 ? "ROOT" : "JOINT";
-            text += " J { OFFSET 0 0 0 CHANNELS 1 Xrotation\n";
-        }
-        text += QByteArray(joints, '}').replace("}", "} ");
-        return text + "\nMOTION\nFrames: 0\nFrame Time: 1\n";
-    };
-    QCOMPARE(read(chain(BvhImporter::maximumDepth)).size(), std::size_t{BvhImporter::maximumDepth});
-    QCOMPARE(problemIn(chain(BvhImporter::maximumDepth + 1)),
-             QString("line 258: joints are nested deeper than 256"));
-    QCOMPARE(problemIn(chain(100000)), QString("line 258: joints are nested deeper than 256"));
-}
-
-void BvhImporterTest::malformedFilesAreRefusedWithTheLine_data() {
-    QTest::addColumn<QByteArray>("text");
-    QTest::addColumn<QString>("problem");
-    const auto row = [](const char* name, const QByteArray& text, const char* problem) {
-        QTest::newRow(name) << text << QString::fromUtf8(problem);
-    };
-    row("nothing", "", "line 1: the file ends where \"HIERARCHY\" should stand");
-    row("only empty lines", "\n\n\n", "line 3: the file ends where \"HIERARCHY\" should stand");
-    row("another format", "<?xml version=\"1.0\"?>",
-        "line 1: \"<?xml\" stands where \"HIERARCHY\" should stand");
-    row("no root", replaced("ROOT", "JOINT"), "line 2: \"JOINT\" stands where \"ROOT\" should stand");
-    row("no name", replaced("ROOT Hips", "ROOT"), "line 3: \"{\" stands where a joint's name should stand");
-    row("a name of two words", replaced("Knee", "Left Knee"),
-        "line 6: \"Knee\" stands where \"{\" should stand");
-    row("a control character in a name",
-        replaced("Knee", "Kn\x01"
-                         "ee"),
-        "line 6: the joint's name \"Kn?ee\" holds a control character");
-    row("no offset", replaced("  OFFSET 0.0 1 -2.5\n", ""),
-        "line 4: \"CHANNELS\" stands where \"OFFSET\" should stand");
-    row("an offset of two numbers", replaced("0.0 1 -2.5", "0.0 1"),
-        "line 5: \"CHANNELS\" stands where a number should stand");
-    row("an offset of four numbers", replaced("-2.5", "-2.5 7"),
-        "line 4: \"7\" stands where \"CHANNELS\" should stand");
-    row("a text as offset", replaced("-2.5", "x"), "line 4: \"x\" stands where a number should stand");
-    row("no channels", replaced("    CHANNELS 1 Zrotation\n", ""),
-        "line 9: \"End\" stands where \"CHANNELS\" should stand");
-    row("fewer channels than counted", replaced("CHANNELS 2", "CHANNELS 3"),
-        "line 6: \"JOINT\" stands where a channel's name, like \"Xrotation\" should stand");
-    row("more channels than counted", replaced("CHANNELS 2", "CHANNELS 1"),
-        "line 5: \"Xrotation\" stands where \"JOINT\", \"End Site\" or \"}\" should stand");
-    row("too many channels", replaced("CHANNELS 2", "CHANNELS 7"),
-        "line 5: \"7\" channels; a joint has at most 6");
-    row("a channel count that lies", replaced("CHANNELS 2", "CHANNELS 4294967295"),
-        "line 5: \"4294967295\" channels; a joint has at most 6");
-    row("a negative channel count", replaced("CHANNELS 2", "CHANNELS -1"),
-        "line 5: \"-1\" stands where a whole number from 0 to 4294967295 should stand");
-    row("an unknown channel", replaced("Yposition", "Yscale"),
-        "line 5: \"Yscale\" stands where a channel's name, like \"Xrotation\" should stand");
-    row("a channel twice", replaced("Yposition", "Xrotation"),
-        "line 5: the channel \"Xrotation\" stands twice");
-    row("no channel at all",
-        "HIERARCHY\nROOT A\n{\nOFFSET 0 0 0\nCHANNELS 0\n}\nMOTION\nFrames: 0\nFrame Time: 1\n",
-        "line 7: no joint has a channel");
-    row("an end that is no site", replaced("End Site", "End Point"),
-        "line 10: \"Point\" stands where \"Site\" should stand");
-    row("channels in an end site", replaced("OFFSET 0 -3 0", "OFFSET 0 -3 0 CHANNELS 0"),
-        "line 12: \"CHANNELS\" stands where \"}\" should stand");
-    row("a brace too few", replaced("}\nMOTION", "MOTION"),
-        "line 15: \"MOTION\" stands where \"JOINT\", \"End Site\" or \"}\" should stand");
-    row("a brace too many", replaced("}\nMOTION", "}\n}\nMOTION"),
-        "line 16: \"}\" stands where \"MOTION\" should stand");
-    row("no motion", goodFile.left(goodFile.indexOf("MOTION")),
-        "line 15: the file ends where \"MOTION\" should stand");
-    row("no frame count", replaced("Frames: 2", "Frames:"),
-        "line 18: \"Frame\" stands where a whole number from 0 to 4294967295 should stand");
-    row("a fraction of frames", replaced("Frames: 2", "Frames: 2.5"),
-        "line 17: \"2.5\" stands where a whole number from 0 to 4294967295 should stand");
-    row("a frame count out of range", replaced("Frames: 2", "Frames: 4294967296"),
-        "line 17: \"4294967296\" stands where a whole number from 0 to 4294967295 should stand");
-    row("no frame time", replaced("Frame Time: 0.04\n", ""),
-        "line 18: \"1.5\" stands where \"Frame\" should stand");
-    row("a frame time of zero", replaced("0.04", "0"), "line 18: a frame cannot last \"0\" seconds");
-    row("a negative frame time", replaced("0.04", "-0.04"), "line 18: a frame cannot last \"-0.04\" seconds");
-    row("a frame time out of range", replaced("0.04", "2147483648"),
-        "line 18: a frame cannot last \"2147483648\" seconds");
-    row("an infinite frame time", replaced("0.04", "inf"),
-        "line 18: \"inf\" stands where the length of a frame in seconds should stand");
-    row("a decimal comma", replaced("0.04", "0,04"),
-        "line 18: \"0,04\" stands where the length of a frame in seconds should stand");
-    row("more behind the frame time", replaced("0.04", "0.04 1.5"),
-        "line 18: \"1.5\" stands where the end of the line should stand");
-    row("a value too few", replaced("2 1e2 -0.0", "2 1e2"), "line 20: 2 values for 3 channels");
-    row("a value too many", replaced("1.5 -.25 30", "1.5 -.25 30 1"),
-        "line 19: more than 3 values for 3 channels");
-    row("a text as value", replaced("-.25", "-.25x"),
-        "line 19: \"-.25x\" stands where a number should stand");
-    row("a plus sign", replaced("-.25", "+.25"), "line 19: \"+.25\" stands where a number should stand");
-    row("a number without digits", replaced("-.25", "-."),
-        "line 19: \"-.\" stands where a number should stand");
-    row("a hexadecimal number", replaced("-.25", "0x10"),
-        "line 19: \"0x10\" stands where a number should stand");
-    row("not a number", replaced("-.25", "nan"), "line 19: \"nan\" stands where a number should stand");
-    row("infinity", replaced("1e2", "-inf"), "line 20: \"-inf\" stands where a number should stand");
-    row("beyond a float", replaced("1e2", "1e39"), "line 20: the number \"1e39\" is out of range");
-    row("beyond a double", replaced("1e2", "-1e999"), "line 20: the number \"-1e999\" is out of range");
-    row("a zero byte", replaced("-.25", "-.2#").replace('#', '\0'),
-        "line 19: \"-.2?\" stands where a number should stand");
-    row("a frame too few", replaced("Frames: 2", "Frames: 3"), "line 20: the file ends after 2 of 3 frames");
-    row("a frame count that lies", replaced("Frames: 2", "Frames: 4294967295"),
-        "line 20: the file ends after 2 of 4294967295 frames");
-    row("a frame too many", replaced("Frames: 2", "Frames: 1"),
-        "line 20: there is more behind the last of 1 frames");
-    row("data behind the end", goodFile + "\nend\n", "line 22: there is more behind the last of 2 frames");
-    row("lines that end with CR LF count once", replaced("1e2", "x").replace("\n", "\r\n"),
-        "line 20: \"x\" stands where a number should stand");
-    row("lines that end with CR count once", replaced("1e2", "x").replace("\n", "\r"),
-        "line 20: \"x\" stands where a number should stand");
-    row("a long word is shortened", replaced("1e2", QByteArray(1000, 'x')),
-        "line 20: \"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx...\" stands where a number should stand");
-}
-
-void BvhImporterTest::malformedFilesAreRefusedWithTheLine() {
-    QFETCH(QByteArray, text);
-    QFETCH(QString, problem);
-    QCOMPARE(problemIn(text), problem);
-}
-
-void BvhImporterTest::everyTruncatedFileIsRefused() {
-    // The last value is "-0.0": what is cut off its end changes nothing or leaves no number.
-    for (int size = 0; size < goodFile.size() - 4; ++size) {
-        QVERIFY2(problemIn(goodFile.left(size)).startsWith("line "), QByteArray::number(size));
-    }
-}
-
-void BvhImporterTest::linesLongerThanTheLimitAreRefused() {
-    const auto blanks = [](std::size_t count) { return QByteArray(static_cast<int>(count), ' '); };
-    const QByteArray line = "1.5 -.25 30";
-    const std::size_t room = BvhImporter::maximumLineLength - static_cast<std::size_t>(line.size());
-    QCOMPARE(problemIn(replaced(line, line + blanks(room))), QString());
-    QCOMPARE(problemIn(replaced(line, line + blanks(room + 1))),
-             QString("line 19: the line is longer than 1048576 characters"));
 }
 
 void BvhImporterTest::realCapturesAreRead_data() {
