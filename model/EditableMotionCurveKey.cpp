@@ -1,19 +1,14 @@
 #include "model/EditableMotionCurveKey.h"
 
-#include "base/animation/KeySerialization.h"
 #include "base/math/BezierTangents.h"
 #include "base/math/FloatBits.h"
 #include "model/EditableMotionCurve.h"
 
 #include <QMetaMethod>
 
-#include <boost/optional.hpp>
-
 #include <array>
 #include <cmath>
-#include <locale>
 #include <memory>
-#include <stdexcept>
 
 namespace ZT {
 
@@ -21,12 +16,8 @@ using VQ::Math::floatBits;
 using VQ::Math::Position2D;
 using VQ::Math::Interpolation::InterpolationType;
 using VQ::Math::Interpolation::Key;
-using Tree = boost::property_tree::ptree;
 
 namespace {
-
-const char* const symmetricalAttribute = "symmetrical";
-const char* const smoothAttribute = "smooth";
 
 // Two floats that compare equal may still differ in sign or as NaNs; undo restores bits.
 bool sameBits(const Position2D& a, const Position2D& b) noexcept {
@@ -54,44 +45,10 @@ Position2D opposite(const Position2D& point) noexcept {
     return {-point.x, -point.y};
 }
 
-template <class Record>
-auto* wholeKey(Record* record) {
-    return EditableMotionCurveKey::_toEditable(std::make_pair(0U, record)).second;
-}
-
 // Most handles are exactly right already.
 bool isClose(const Position2D& handle, const Position2D& computed) noexcept {
     constexpr float tolerance = 0.0001F;
     return handle == computed || handle.isNear(computed, tolerance);
-}
-
-void destroyKey(Key* key) noexcept {
-    delete wholeKey(key);
-}
-Tree writeKey(const Key& key) {
-    return wholeKey(&key)->serialize();
-}
-bool readKey(Key& key, const Tree& tree) {
-    return wholeKey(&key)->deserialize(tree);
-}
-
-VQ::Animation::KeyPlace& placeOfKey(const Key& key) {
-    return const_cast<EditableMotionCurveKey*>(wholeKey(&key))->_placement();
-}
-
-// In the classic locale whatever the global one is, so that "true" always reads as true.
-using FlagTranslator =
-    boost::property_tree::stream_translator<char, std::char_traits<char>, std::allocator<char>, bool>;
-
-bool readFlag(const Tree& tree, const char* attribute) {
-    return tree
-        .get_optional<bool>(std::string("<xmlattr>.") + attribute, FlagTranslator(std::locale::classic()))
-        .get_value_or(false);
-}
-
-// A path and a stream for each flag would cost more than all the rest of the key.
-void writeFlag(Tree& tree, const char* attribute) {
-    tree.find("<xmlattr>")->second.push_back({attribute, Tree("true")});
 }
 
 // A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs
@@ -111,9 +68,6 @@ struct CurveConnections {
 };
 
 } // namespace
-
-const VQ::Animation::KeyFunctions EditableMotionCurveKey::_keyFunctions{destroyKey, writeKey, readKey,
-                                                                        placeOfKey};
 
 EditableMotionCurveKey::EditableMotionCurveKey() = default;
 
@@ -370,32 +324,6 @@ bool EditableMotionCurveKey::_updateBezierAutoTangents(const Placed& previous, u
     leftTangentOffset = leftMoves ? left : leftTangentOffset;
     rightTangentOffset = rightMoves ? right : rightTangentOffset;
     _announceTangents();
-    return true;
-}
-
-Tree EditableMotionCurveKey::serialize() const {
-    Tree tree = VQ::Animation::serialize(*this);
-    if (_symmetrical) {
-        writeFlag(tree, symmetricalAttribute);
-    }
-    if (_smooth) {
-        writeFlag(tree, smoothAttribute);
-    }
-    return tree;
-}
-
-bool EditableMotionCurveKey::deserialize(const Tree& tree) {
-    Key read;
-    try {
-        read = VQ::Animation::deserializeMotionCurveKey(tree);
-    } catch (const std::invalid_argument&) {
-        return false;
-    }
-    const bool symmetrical = readFlag(tree, symmetricalAttribute);
-    const bool smooth = readFlag(tree, smoothAttribute);
-    Key::operator=(read);
-    setSymmetrical(symmetrical);
-    setSmooth(smooth);
     return true;
 }
 

@@ -1,6 +1,6 @@
 #include "floor/FloorOperations.h"
 
-#include "floor/FloorCurve.h"
+#include "floor/FloorRecords.h"
 #include "support/KeyListener.h"
 
 #include <QSet>
@@ -18,20 +18,6 @@ using Bench::Setting;
 namespace {
 
 using FrameOf = unsigned int (*)(std::size_t);
-
-Record recordOf(std::size_t i) {
-    Record record;
-    record.value = Bench::waveValue(i);
-    return record;
-}
-
-std::shared_ptr<FloorCurve::Records> makeRecords(std::size_t n) {
-    auto records = std::make_shared<FloorCurve::Records>();
-    for (std::size_t i = 0; i < n; ++i) {
-        records->emplace(Bench::gapFrame(i), std::make_unique<Record>(recordOf(i)));
-    }
-    return records;
-}
 
 std::shared_ptr<FloorCurve> makeCurve(const Setting& setting, FrameOf frameOf = Bench::gapFrame) {
     const auto keys = Bench::allocateKeys(setting, [](std::size_t) { return new FloorKey(Record()); });
@@ -79,24 +65,22 @@ Operation dragOf(const std::shared_ptr<FloorCurve>& curve) {
 } // namespace
 
 Operation FloorCurveOperations::wrapping(const Setting& setting) const {
-    const auto records = makeRecords(setting.n);
-    const auto curve = std::make_shared<std::unique_ptr<FloorCurve>>();
-    return {[=] { *curve = std::make_unique<FloorCurve>(*records); }, [=] { curve->reset(); }};
+    const auto records = std::make_shared<FloorCurve::Records>(recordsOf(setting.n));
+    return Bench::creating([=] { return std::make_unique<FloorCurve>(*records); });
 }
 
 Operation FloorCurveOperations::building(const Setting& setting) const {
-    const auto curve = std::make_shared<std::unique_ptr<FloorCurve>>();
     std::vector<Record> records;
     for (std::size_t i = 0; i < setting.n; ++i) {
         records.push_back(recordOf(i));
     }
-    const auto build = [curve, records = std::move(records)] {
-        *curve = std::make_unique<FloorCurve>();
+    return Bench::creating([records = std::move(records)] {
+        auto curve = std::make_unique<FloorCurve>();
         for (std::size_t i = 0; i < records.size(); ++i) {
-            (*curve)->add(Bench::gapFrame(i), new FloorKey(records[i]));
+            curve->add(Bench::gapFrame(i), new FloorKey(records[i]));
         }
-    };
-    return {build, [=] { curve->reset(); }};
+        return curve;
+    });
 }
 
 Operation FloorCurveOperations::movingByOneFrame(const Setting& setting) const {

@@ -124,7 +124,7 @@ Bench::Operation operationOf(const CommandRow& row, const Bench::Setting& settin
 
 void addCommandRows() {
     for (const CommandRow& row : commandRows) {
-        for (const std::size_t n : {std::size_t{1000}, std::size_t{10000}, std::size_t{100000}}) {
+        for (const std::size_t n : Bench::usualSizes) {
             const Bench::Setting setting{Bench::Layout::frameOrder, n};
             const auto make = [row, setting] { return operationOf(row, setting); };
             Bench::addRow(row.name + std::string(", construct and redo"), setting.text(), n, make,

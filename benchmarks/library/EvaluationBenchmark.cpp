@@ -41,7 +41,7 @@ std::vector<double> randomFrames(std::size_t n) {
 } // namespace
 
 int main(int argc, char** argv) {
-    for (const std::size_t n : {std::size_t{1000}, std::size_t{10000}, std::size_t{100000}}) {
+    for (const std::size_t n : Bench::usualSizes) {
         const Bench::Setting setting{Bench::Layout::frameOrder, n};
         Bench::addRow("evaluate consecutive frames", setting.text(), evaluations,
                       [=] { return evaluating(setting, consecutiveFrames(setting.n)); });

@@ -18,9 +18,7 @@ inline std::size_t keysIn(const VQ::Animation::Animation& animation) {
 
 /// There: a plain animation is wrapped. Back: it is destroyed.
 inline Operation wrapping(const VQ::Animation::Animation& plain) {
-    const auto animation = std::make_shared<std::unique_ptr<ZT::EditableAnimation>>();
-    return {[=] { *animation = std::make_unique<ZT::EditableAnimation>(plain); },
-            [=] { animation->reset(); }};
+    return creating([=] { return std::make_unique<ZT::EditableAnimation>(plain); });
 }
 
 /// There: all keys are moved by a frame, in one command. Back: undo.

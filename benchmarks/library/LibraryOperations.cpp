@@ -49,8 +49,7 @@ std::shared_ptr<LibraryCurve> bezierCurve(const Setting& setting) {
 
 Operation LibraryCurveOperations::wrapping(const Setting& setting) const {
     const auto plain = std::make_shared<VQ::Animation::MotionCurve>(plainCurve(setting.n));
-    const auto curve = std::make_shared<std::unique_ptr<Curve>>();
-    return {[=] { *curve = std::make_unique<Curve>(*plain); }, [=] { curve->reset(); }};
+    return creating([=] { return std::make_unique<Curve>(*plain); });
 }
 
 Operation LibraryCurveOperations::building(const Setting& setting) const {
@@ -58,14 +57,13 @@ Operation LibraryCurveOperations::building(const Setting& setting) const {
     for (std::size_t i = 0; i < setting.n; ++i) {
         records.push_back(recordOf(i));
     }
-    const auto curve = std::make_shared<std::unique_ptr<Curve>>();
-    const auto build = [curve, records = std::move(records)] {
-        *curve = std::make_unique<Curve>();
+    return creating([records = std::move(records)] {
+        auto curve = std::make_unique<Curve>();
         for (std::size_t i = 0; i < records.size(); ++i) {
-            (*curve)->insert(gapFrame(i), new Key(records[i]));
+            curve->insert(gapFrame(i), new Key(records[i]));
         }
-    };
-    return {build, [=] { curve->reset(); }};
+        return curve;
+    });
 }
 
 Operation LibraryCurveOperations::movingByOneFrame(const Setting& setting) const {

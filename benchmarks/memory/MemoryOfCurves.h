@@ -1,6 +1,7 @@
 #pragma once
 
 #include "memory/HeapCounter.h"
+#include "support/Workload.h"
 
 #include <array>
 #include <cstddef>
@@ -17,7 +18,7 @@ namespace Memory {
 /// Nothing is freed in between, so that each curve stands in memory that nobody had before.
 template <class MakePlain, class Wrap>
 void printMemoryOfCurves(MakePlain makePlain, Wrap wrap) {
-    constexpr std::array<std::size_t, 3> sizes{1000, 10000, 100000};
+    constexpr auto sizes = Bench::usualSizes;
     std::vector<decltype(makePlain(std::size_t{}))> plains;
     for (const std::size_t n : sizes) {
         plains.push_back(makePlain(n));

@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace Bench {
 
@@ -12,6 +14,13 @@ struct Operation {
     std::function<void()> back = [] {};
     std::function<void()> before = [] {}; ///< never timed
 };
+
+/// There: an object is made by @p make, which returns a std::unique_ptr to it. Back: it is destroyed.
+template <class Make>
+Operation creating(Make make) {
+    const auto object = std::make_shared<decltype(make())>();
+    return {[object, make = std::move(make)] { *object = make(); }, [object] { object->reset(); }};
+}
 
 enum class Timed { there, back };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -12,6 +13,9 @@
 
 /// What every benchmark works on. Knows neither the library nor Qt, so that library and floor get the same.
 namespace Bench {
+
+/// The sizes at which most rows are measured.
+constexpr std::array<std::size_t, 3> usualSizes{1000, 10000, 100000};
 
 /// How the addresses of a curve's keys lie relative to their frames.
 enum class Layout { frameOrder, randomAddresses };

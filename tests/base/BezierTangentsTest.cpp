@@ -28,6 +28,18 @@ bool isWithin(float value, float end) {
     return end < 0.0F ? value >= end && value <= 0.0F : value >= 0.0F && value <= end;
 }
 
+/// Distances of a key from its neighbours, in frames and in value.
+struct Neighbours {
+    float dxPrevious;
+    float dxNext;
+    float dyPrevious;
+    float dyNext;
+};
+
+Neighbours anyNeighbours() {
+    return {*Records::anyFloat(), *Records::anyFloat(), *Records::anyFloat(), *Records::anyFloat()};
+}
+
 } // namespace
 
 class BezierTangentsTest : public QObject {
@@ -36,10 +48,7 @@ class BezierTangentsTest : public QObject {
 private slots:
     void handlesAreFiniteForEveryInput() {
         QVERIFY(rc::check([] {
-            const float dxPrevious = *Records::anyFloat();
-            const float dxNext = *Records::anyFloat();
-            const float dyPrevious = *Records::anyFloat();
-            const float dyNext = *Records::anyFloat();
+            const auto [dxPrevious, dxNext, dyPrevious, dyNext] = anyNeighbours();
             const Handles handles = computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
             RC_ASSERT(isFinite(handles.first) && isFinite(handles.second));
         }));
@@ -158,10 +167,7 @@ private slots:
 
     void mirroringInTimeExchangesTheHandles() {
         QVERIFY(rc::check([] {
-            const float dxPrevious = *Records::anyFloat();
-            const float dxNext = *Records::anyFloat();
-            const float dyPrevious = *Records::anyFloat();
-            const float dyNext = *Records::anyFloat();
+            const auto [dxPrevious, dxNext, dyPrevious, dyNext] = anyNeighbours();
             const Handles handles = computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
             const Handles mirrored = computeBezierKeyTangents(dxNext, dxPrevious, -dyNext, -dyPrevious);
             RC_ASSERT(mirrored.first == Position2D(-handles.second.x, handles.second.y));
@@ -171,10 +177,7 @@ private slots:
 
     void mirroringInValueTurnsTheHandlesOver() {
         QVERIFY(rc::check([] {
-            const float dxPrevious = *Records::anyFloat();
-            const float dxNext = *Records::anyFloat();
-            const float dyPrevious = *Records::anyFloat();
-            const float dyNext = *Records::anyFloat();
+            const auto [dxPrevious, dxNext, dyPrevious, dyNext] = anyNeighbours();
             const Handles handles = computeBezierKeyTangents(dxPrevious, dxNext, dyPrevious, dyNext);
             const Handles mirrored = computeBezierKeyTangents(dxPrevious, dxNext, -dyPrevious, -dyNext);
             RC_ASSERT(mirrored.first == Position2D(handles.first.x, -handles.first.y));

@@ -1,24 +1,18 @@
 #include "base/animation/MotionCurve.h"
 
-#include "AnyFloat.h"
-#include "CurveModel.h"
-#include "Damages.h"
+#include "Records.h"
 #include "WatchedCurve.h"
 
 #include <QtTest>
 
-#include <iterator>
+#include <limits>
 #include <memory>
 #include <type_traits>
+#include <vector>
 
-using CurveModel::agrees;
-using CurveModel::atOrBeforeAgrees;
-using CurveModel::Model;
-using CurveModel::modelOf;
 using Records::Key;
 using Records::MotionCurve;
 using Records::RationalSeconds;
-using Records::Tree;
 using Watched::WatchedKey;
 
 namespace {
@@ -74,148 +68,6 @@ private slots:
         QVERIFY((frames == std::vector<unsigned int>{0, 4, 5, 2147483648U, lastFrame}));
     }
 
-    void lookupsAgreeWithAWalkAfterAnyOperations() {
-        QVERIFY(rc::check([] {
-            MotionCurve curve;
-            Model model;
-            const int operations = *rc::gen::inRange(1, 60);
-            for (int count = 0; count < operations; ++count) {
-                CurveModel::performAnyOperation(curve, model);
-                RC_ASSERT(agrees(curve, model));
-                const unsigned int frame = *rc::gen::inRange(0U, 20U);
-                RC_ASSERT(atOrBeforeAgrees(curve, model, frame));
-                RC_ASSERT(atOrBeforeAgrees(curve, model, lastFrame));
-            }
-        }));
-    }
-
-    void lookupsAgreeWithAWalkWhileKeysAreDetached() {
-        QVERIFY(rc::check([] {
-            Watched::Curve curve;
-            for (unsigned int frame = 0; frame < 8; ++frame) {
-                curve.add(frame * 3);
-            }
-            Model model = modelOf(curve);
-            for (int count = 0; count < 20; ++count) {
-                const auto from = std::next(model.begin(), *rc::gen::inRange(0, 8));
-                Key* const key = from->second;
-                auto detached = curve.detach(curve.find(from->first));
-                model.erase(from);
-                RC_ASSERT(detached.key() == key && agrees(curve, model) && curve.findsEachKey());
-                RC_ASSERT(curve.findKey(*key) == curve.end());
-                unsigned int frame = *rc::gen::inRange(0U, 30U);
-                while (model.count(frame) != 0) {
-                    ++frame;
-                }
-                RC_ASSERT(curve.attach(detached, frame));
-                model.emplace(frame, key);
-                RC_ASSERT(agrees(curve, model) && curve.findsEachKey());
-            }
-        }));
-        QVERIFY(Watched::everyKeyDiedOnce());
-    }
-
-    void aDetachedKeyStaysInItsHandleWhereTheFrameIsTaken() {
-        Watched::Curve curve;
-        curve.add(3);
-        curve.add(5);
-        auto detached = curve.detach(curve.find(3));
-        Key* const key = detached.key();
-        QVERIFY(!curve.attach(detached, 5));
-        QCOMPARE(detached.key(), key);
-        QCOMPARE(curve.size(), std::size_t{1});
-        QVERIFY(curve.findKey(*key) == curve.end());
-        QVERIFY(curve.attach(detached, 4));
-        QVERIFY(curve.findKey(*key) == curve.find(4));
-    }
-
-    void lookupsAgreeWithAWalkWhileKeysMove() {
-        QVERIFY(rc::check([] {
-            Watched::Curve curve;
-            for (unsigned int frame = 0; frame < 8; ++frame) {
-                curve.add(frame * 3);
-            }
-            Model model = modelOf(curve);
-            for (int count = 0; count < 40; ++count) {
-                const auto from = std::next(model.begin(), *rc::gen::inRange(0, 8));
-                const auto [standing, key] = *from;
-                const unsigned int frame = *rc::gen::inRange(0U, 30U);
-                const std::size_t before = curve.revision();
-                const bool isFree = model.count(frame) == 0;
-                RC_ASSERT(curve.relocate(curve.findKey(*key), frame) == isFree);
-                RC_ASSERT((curve.revision() != before) == isFree);
-                if (isFree) {
-                    model.erase(standing);
-                    model.emplace(frame, key);
-                }
-                RC_ASSERT(agrees(curve, model) && curve.findsEachKey());
-            }
-        }));
-        QVERIFY(Watched::everyKeyDiedOnce());
-    }
-
-    void aKeyThatAnotherCurveTookInIsFoundInBoth() {
-        Watched::Curve first;
-        Watched::Curve second;
-        first.add(3);
-        Key* const key = first.find(3)->second;
-        second.insert(5, key);
-        QVERIFY(second.findKey(*key) == second.find(5));
-        QVERIFY(first.findKey(*key) == first.find(3));
-        QVERIFY_EXCEPTION_THROWN(first.insert(4, key), std::invalid_argument);
-        first.add(8);
-        first.detach(first.find(3)).release();
-        QVERIFY(first.findKey(*key) == first.end());
-        QVERIFY(second.findKey(*key) == second.find(5));
-    }
-
-    void aKeyThatTheSecondCurveLetGoIsFoundInTheFirst() {
-        Watched::Curve first;
-        Watched::Curve second;
-        first.add(3);
-        Key* const key = first.find(3)->second;
-        second.insert(5, key);
-        second.detach(second.find(5)).release();
-        first.add(4);
-        QVERIFY(second.findKey(*key) == second.end());
-        QVERIFY(first.findKey(*key) == first.find(3));
-        QVERIFY(first.relocate(first.findKey(*key), 7));
-        QVERIFY(first.findKey(*key) == first.find(7));
-    }
-
-    void keysThatWereReadStandInTheCurveThatReadThem() {
-        Watched::Curve written;
-        for (unsigned int frame = 0; frame < 9; ++frame) {
-            written.add(frame * frame);
-        }
-        Watched::Curve curve;
-        curve.add(7);
-        QVERIFY(curve.deserialize(written.serialize()));
-        QCOMPARE(curve.size(), std::size_t{9});
-        QVERIFY(curve.findsEachKey());
-    }
-
-    void noKeyIsFoundWhenTheFirstOfThemDies() {
-        Watched::Curve curve;
-        curve.add(1);
-        curve.add(2);
-        const Key* const second = curve.find(2)->second;
-        bool wasFound = true;
-        WatchedKey::onDeath() = [&](const WatchedKey&) { wasFound = curve.findKey(*second) != curve.end(); };
-        curve.clear();
-        QVERIFY(!wasFound);
-    }
-
-    void aReleasedKeyBelongsToItsHolder() {
-        Watched::Curve curve;
-        curve.add(3);
-        const std::unique_ptr<WatchedKey> key(
-            static_cast<WatchedKey*>(curve.detach(curve.find(3)).release()));
-        QVERIFY(curve.empty());
-        QVERIFY(WatchedKey::dead().empty());
-        QCOMPARE(key->serial, 0);
-    }
-
     void insertingNothingIsRefused() {
         MotionCurve curve;
         Records::fill(curve);
@@ -252,6 +104,16 @@ private slots:
         QVERIFY(WatchedKey::dead().empty());
     }
 
+    void aReleasedKeyBelongsToItsHolder() {
+        Watched::Curve curve;
+        curve.add(3);
+        const std::unique_ptr<WatchedKey> key(
+            static_cast<WatchedKey*>(curve.detach(curve.find(3)).release()));
+        QVERIFY(curve.empty());
+        QVERIFY(WatchedKey::dead().empty());
+        QCOMPARE(key->serial, 0);
+    }
+
     void erasingDestroysTheKeyAndGivesTheNext() {
         Watched::Curve curve;
         curve.add(1);
@@ -284,18 +146,6 @@ private slots:
         static_cast<Watched::Curve&>(*curve).add(2);
         curve.reset();
         QCOMPARE(WatchedKey::made(), 2);
-        QVERIFY(Watched::everyKeyDiedOnce());
-    }
-
-    void readingDestroysTheFormerKeysOnce() {
-        {
-            Watched::Curve curve;
-            curve.add(1);
-            curve.add(2);
-            QVERIFY(curve.deserialize(curve.serialize()));
-            QCOMPARE(WatchedKey::dead().size(), std::size_t{2});
-        }
-        QCOMPARE(WatchedKey::made(), 4);
         QVERIFY(Watched::everyKeyDiedOnce());
     }
 
@@ -356,139 +206,6 @@ private slots:
         settings.clear();
         QVERIFY(curve.empty());
         QCOMPARE(Records::of(curve), Records::of(settings));
-    }
-
-    void everyCurveReadsBackBitForBit() {
-        QVERIFY(rc::check([] {
-            MotionCurve curve;
-            const int numerator = *rc::gen::inRange(1, 1000);
-            curve.setTimeUnit(RationalSeconds(boost::rational<int>(numerator, *rc::gen::inRange(1, 100000))));
-            const float minimum = *Records::anyFloat();
-            curve.setValueLimits({minimum, *Records::anyFloat()});
-            curve.setMaxAbsoluteDerivative(*Records::anyFloat());
-            for (const unsigned int frame :
-                 *rc::gen::container<std::set<unsigned int>>(Records::anyFrame())) {
-                curve.insert(frame, new Key(*Records::anyKey()));
-            }
-            const Records::CommaLocale comma;
-            MotionCurve copy;
-            Records::fill(copy);
-            RC_ASSERT(copy.deserialize(curve.serialize()));
-            RC_ASSERT(Records::of(copy) == Records::of(curve));
-        }));
-    }
-
-    void remarkableSettingsReadBack() {
-        const auto& floats = Records::remarkableFloats();
-        for (std::size_t at = 0; at < floats.size(); ++at) {
-            MotionCurve curve;
-            curve.setValueLimits({floats[at], floats[(at + 1) % floats.size()]});
-            curve.setMaxAbsoluteDerivative(floats[(at + 2) % floats.size()]);
-            MotionCurve copy;
-            QVERIFY(copy.deserialize(curve.serialize()));
-            QCOMPARE(Records::of(copy), Records::of(curve));
-        }
-    }
-
-    void aTypeOutsideTheEnumerationIsReadAsAutomatic() {
-        MotionCurve curve;
-        Key* const key = curve.insert(1, new Key(Records::unusualKey()))->second;
-        key->leftTangentType = static_cast<Records::Type>(17);
-        MotionCurve copy;
-        QVERIFY(copy.deserialize(curve.serialize()));
-        QCOMPARE(static_cast<int>(copy.begin()->second->leftTangentType), 3);
-    }
-
-    void whatBelongsToLargerKeysReadsBack() {
-        Watched::Curve curve;
-        curve.add(1, 7);
-        curve.add(2, 8);
-        const MotionCurve& base = curve;
-        Watched::Curve copy;
-        QVERIFY(copy.deserialize(base.serialize()));
-        QCOMPARE(static_cast<WatchedKey*>(copy.find(1)->second)->mark, 7);
-        QCOMPARE(static_cast<WatchedKey*>(copy.find(2)->second)->mark, 8);
-    }
-
-    void readingMakesEachKeyThroughTheFactory() {
-        MotionCurve plain;
-        Records::fill(plain);
-        Watched::Curve curve;
-        QVERIFY(curve.deserialize(plain.serialize()));
-        std::vector<Key*> held;
-        for (const auto element : curve) {
-            held.push_back(element.second);
-        }
-        QVERIFY(held == curve.created());
-        QCOMPARE(WatchedKey::made(), 3);
-    }
-
-    void keysNeedNotStandInFrameOrder() {
-        MotionCurve curve;
-        Records::fill(curve);
-        Tree tree = curve.serialize();
-        tree.reverse();
-        MotionCurve copy;
-        QVERIFY(copy.deserialize(tree));
-        QCOMPARE(Records::of(copy), Records::of(curve));
-    }
-
-    void aTreeThatIsNoCurveLeavesTheCurveUnchanged_data() { Damages::addRows(Damages::ofCurve()); }
-
-    void aTreeThatIsNoCurveLeavesTheCurveUnchanged() {
-        QFETCH(int, index);
-        const Damages::Damage damage = Damages::ofCurve().at(static_cast<std::size_t>(index));
-        {
-            MotionCurve plain;
-            Records::fill(plain);
-            Tree tree = plain.serialize();
-            damage.apply(tree);
-            Watched::Curve curve;
-            curve.add(4, 3);
-            const QString before = Records::withIdentity(curve);
-            QVERIFY(!curve.deserialize(tree));
-            QCOMPARE(Records::withIdentity(curve), before);
-            QVERIFY(curve.findKey(*curve.find(4)->second) == curve.find(4));
-            const QString problem = QString::fromStdString(MotionCurve::problemIn(tree));
-            QVERIFY(!problem.isEmpty());
-            for (const std::string& mention : damage.mentions) {
-                QVERIFY2(problem.contains(QString::fromStdString(mention)), qPrintable(problem));
-            }
-        }
-        QVERIFY(Watched::everyKeyDiedOnce());
-    }
-
-    void aReadableTreeHasNoProblem() {
-        MotionCurve curve;
-        Records::fill(curve);
-        Tree tree = curve.serialize();
-        QCOMPARE(MotionCurve::problemIn(tree), std::string());
-        Damages::addUnknownItems(tree);
-        QCOMPARE(MotionCurve::problemIn(tree), std::string());
-    }
-
-    void unknownItemsAreSkipped() {
-        MotionCurve curve;
-        Records::fill(curve);
-        Tree tree = curve.serialize();
-        Damages::addUnknownItems(tree);
-        MotionCurve copy;
-        QVERIFY(copy.deserialize(tree));
-        QCOMPARE(Records::of(copy), Records::of(curve));
-    }
-
-    void anExceptionOfTheFactoryLeavesTheCurveUnchanged() {
-        MotionCurve plain;
-        Records::fill(plain);
-        for (const std::size_t allowed : {0U, 1U, 2U}) {
-            Watched::Curve curve(allowed);
-            curve.add(4);
-            const QString before = Records::withIdentity(curve);
-            QVERIFY_EXCEPTION_THROWN(curve.deserialize(plain.serialize()), Watched::Refusal);
-            QCOMPARE(Records::withIdentity(curve), before);
-            QCOMPARE(curve.created().size(), allowed);
-        }
-        QVERIFY(Watched::everyKeyDiedOnce());
     }
 };
 

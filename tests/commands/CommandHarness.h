@@ -5,6 +5,7 @@
 #include "model/EditableAnimation.h"
 #include "model/EditableAnimationLayer.h"
 #include "model/EditableMotionCurve.h"
+#include "tests/base/Records.h"
 #include "tests/support/SignalRecorder.h"
 #include "tests/support/Snapshot.h"
 
@@ -31,17 +32,13 @@ using KeysIndexMap = Curve::KeysIndexMap;
 using Record = VQ::Math::Interpolation::Key;
 using Side = ZT::TangentSide;
 using Type = VQ::Math::Interpolation::InterpolationType;
+using Snapshot::frames;
 using VQ::Math::Position2D;
 
 /// Linear by default: no handle of it is recomputed, which keeps recorded signals short.
 inline Record record(Type left = Type::linear, Type right = Type::linear, Position2D leftHandle = {},
                      Position2D rightHandle = {}) {
-    Record result;
-    result.leftTangentType = left;
-    result.leftTangentOffset = leftHandle;
-    result.rightTangentType = right;
-    result.rightTangentOffset = rightHandle;
-    return result;
+    return Records::makeKey(0.0F, left, leftHandle, right, rightHandle);
 }
 
 inline Record bezier(Position2D leftHandle, Position2D rightHandle) {
@@ -124,15 +121,6 @@ inline QString framesOf(const Keys& keys) {
     QStringList texts;
     for (const Key* const key : keys) {
         texts.append(key->getParentCurve() == nullptr ? QString("-") : QString::number(ZT::index(key)));
-    }
-    return texts.join(' ');
-}
-
-/// A curve's frames in ascending order.
-inline QString frames(const Curve& curve) {
-    QStringList texts;
-    for (const unsigned int frame : curve.getIndexList()) {
-        texts.append(QString::number(frame));
     }
     return texts.join(' ');
 }

@@ -1,6 +1,7 @@
 #include "base/animation/KeySerialization.h"
 #include "model/EditableMotionCurve.h"
 #include "model/EditableMotionCurveKey.h"
+#include "tests/base/Records.h"
 #include "tests/support/SignalRecorder.h"
 #include "tests/support/Snapshot.h"
 
@@ -26,13 +27,7 @@ using Tree = boost::property_tree::ptree;
 using Type = VQ::Math::Interpolation::InterpolationType;
 
 Record record(Type leftType, Type rightType) {
-    Record key;
-    key.value = 1234.5F;
-    key.leftTangentType = leftType;
-    key.leftTangentOffset = {-1.0F, 0.0F};
-    key.rightTangentType = rightType;
-    key.rightTangentOffset = {3.0F, 2.0F};
-    return key;
+    return Records::makeKey(1234.5F, leftType, {-1.0F, 0.0F}, rightType, {3.0F, 2.0F});
 }
 
 /// The tree of such a record with flags in the given texts; empty for none.

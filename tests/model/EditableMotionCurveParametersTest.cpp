@@ -1,9 +1,8 @@
-#include "tests/support/SignalRecorder.h"
+#include "LetteredCurve.h"
 #include "tests/support/Snapshot.h"
 
 #include <QtTest>
 
-#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -14,31 +13,13 @@ using Type = VQ::Math::Interpolation::InterpolationType;
 
 namespace {
 
-/// Three "bezier" keys a, b, c in ascending order of their addresses, with handles (-1, -2) and (3, 1).
-struct Curve {
-    Curve() {
-        VQ::Math::Interpolation::Key record;
-        record.leftTangentType = Type::bezier;
-        record.leftTangentOffset = {-1.0F, -2.0F};
-        record.rightTangentType = Type::bezier;
-        record.rightTangentOffset = {3.0F, 1.0F};
-        for (int i = 0; i < 3; ++i) {
-            keys.push_back(new EditableMotionCurveKey(record));
-        }
-        std::sort(keys.begin(), keys.end(), std::less<>());
-        for (unsigned int i = 0; i < 3; ++i) {
-            curve.insert(10U * i, keys[i]);
-            recorder.watch(*keys[i], QString(QChar('a' + static_cast<int>(i))));
-        }
-        recorder.watch(curve);
-    }
+/// Three "bezier" keys with handles (-1, -2) and (3, 1).
+struct Curve : LetteredCurve {
+    Curve()
+        : LetteredCurve({0, 10, 20},
+                        Records::makeKey(0.0F, Type::bezier, {-1.0F, -2.0F}, Type::bezier, {3.0F, 1.0F})) {}
 
-    EditableMotionCurveKey* operator[](std::size_t i) const { return keys[i]; }
     EditableMotionCurve::KeysSet all() const { return {keys[0], keys[1], keys[2]}; }
-
-    EditableMotionCurve curve;
-    std::vector<EditableMotionCurveKey*> keys;
-    SignalRecorder recorder;
 };
 
 using Edit = std::function<void(EditableMotionCurve&, EditableMotionCurveKey*)>;

@@ -32,6 +32,15 @@ inline QString of(const ZT::EditableMotionCurveKey& key) {
         .arg(key.isSmooth() ? " smooth" : "", key.isSymmetrical() ? " symmetrical" : "");
 }
 
+/// Only the frames, ascending: "2 7 19".
+inline QString frames(const ZT::EditableMotionCurve& curve) {
+    QStringList texts;
+    for (const auto element : curve) {
+        texts.append(QString::number(element.first));
+    }
+    return texts.join(' ');
+}
+
 /// Identities of the key objects are part of the state: undo gives back the same keys, not equal ones.
 inline QString of(const ZT::EditableMotionCurve& curve) {
     QStringList lines;

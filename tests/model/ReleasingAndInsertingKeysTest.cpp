@@ -1,0 +1,97 @@
+#include "LetteredCurve.h"
+
+#include <QtTest>
+
+#include <functional>
+#include <memory>
+
+using ZT::EditableMotionCurve;
+using ZT::EditableMotionCurveKey;
+
+class ReleasingAndInsertingKeysTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void replacingReleasesFirstAndThenInserts() {
+        LetteredCurve c({3, 8});
+        const std::unique_ptr<EditableMotionCurveKey> gone(c[0]);
+        EditableMotionCurveKey* const added = LetteredCurve::newKey();
+        c.recorder.watch(*added, "new");
+        const auto left = c.curve.releaseAndInsertKeys({{c[0], 3}}, {{added, 12}});
+        QCOMPARE(left, (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
+        QCOMPARE(gone->getParentCurve(), nullptr);
+        QCOMPARE(c.recorder.take(),
+                 QString("curve.keyAboutToBeRemoved(a), curve.keyAdded(new), curve.keysChanged(), "
+                         "curve.greaterIndexChanged(12, 8)"));
+    }
+
+    void aKeyNamedAtAWrongFrameIsNotReleased() {
+        LetteredCurve c({3, 8});
+        QVERIFY(c.curve.releaseAndInsertKeys({{c[0], 8}, {c[1], 5}}, {}).isEmpty());
+        QCOMPARE(c.layout(), QString("a@3 b@8"));
+    }
+
+    void aDisplacedKeyIsGivenBackWithItsFrame() {
+        LetteredCurve c({3});
+        const std::unique_ptr<EditableMotionCurveKey> displaced(c[0]);
+        EditableMotionCurveKey* const added = LetteredCurve::newKey();
+        QCOMPARE(c.curve.releaseAndInsertKeys({}, {{added, 3}}),
+                 (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
+        QCOMPARE(c.curve.getKey(3), added);
+        QCOMPARE(displaced->getParentCurve(), nullptr);
+    }
+
+    void ofTwoKeysInsertedAtOneFrameTheSecondDisplacesTheFirst() {
+        LetteredCurve c({});
+        std::unique_ptr<EditableMotionCurveKey> first(LetteredCurve::newKey());
+        std::unique_ptr<EditableMotionCurveKey> second(LetteredCurve::newKey());
+        if (std::less<>()(second.get(), first.get())) {
+            first.swap(second);
+        }
+        const auto left = c.curve.releaseAndInsertKeys({}, {{first.get(), 3}, {second.get(), 3}});
+        QCOMPARE(left, (EditableMotionCurve::KeysIndexMap{{first.get(), 3}}));
+        QCOMPARE(c.curve.getKey(3), second.release());
+    }
+
+    void nullAndHeldKeysAreNotInserted() {
+        LetteredCurve c({3});
+        LetteredCurve other({5});
+        const auto left =
+            c.curve.releaseAndInsertKeys({{nullptr, 3}}, {{nullptr, 3}, {c[0], 7}, {other[0], 3}});
+        QVERIFY(left.isEmpty());
+        QCOMPARE(c.layout(), QString("a@3"));
+        QCOMPARE(other.layout(), QString("a@5"));
+    }
+
+    void aKeyTakenOutAndPutBackIsStillReportedAsGone() {
+        LetteredCurve c({3});
+        QCOMPARE(c.curve.releaseAndInsertKeys({{c[0], 3}}, {{c[0], 9}}),
+                 (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
+        QCOMPARE(c.layout(), QString("a@9"));
+        QCOMPARE(c[0]->getParentCurve(), &c.curve);
+        QCOMPARE(c.recorder.take(), QString("curve.keyAboutToBeRemoved(a), curve.keyAdded(a), "
+                                            "curve.keysChanged(), curve.greaterIndexChanged(9, 3)"));
+        c[0]->setValue(1.0F);
+        QCOMPARE(c.recorder.count("curve.keysChanged()"), 1);
+    }
+
+    void aKeyIsReportedWithTheFrameThatItLeftLast() {
+        LetteredCurve c({3, 4});
+        const std::unique_ptr<EditableMotionCurveKey> displaced(c[0]);
+        QCOMPARE(c.curve.releaseAndInsertKeys({{c[0], 3}, {c[1], 4}}, {{c[0], 9}, {c[1], 9}}),
+                 (EditableMotionCurve::KeysIndexMap{{c[0], 9}, {c[1], 4}}));
+        QCOMPARE(c.layout(), QString("b@9"));
+    }
+
+    // The keys' places are known beforehand when their addresses are not in the order of their frames.
+    void aSlotMayClearTheCurveWhileItsKeysAreReleased() {
+        LetteredCurve c({30, 20, 10});
+        const EditableMotionCurve::KeysIndexMap all{{c[0], 30U}, {c[1], 20U}, {c[2], 10U}};
+        QObject::connect(&c.curve, &EditableMotionCurve::keyAboutToBeRemoved, [&c] { c.curve.clear(); });
+        QVERIFY(c.curve.releaseAndInsertKeys(all, {}).isEmpty());
+        QVERIFY(c.curve.empty());
+    }
+};
+
+QTEST_GUILESS_MAIN(ReleasingAndInsertingKeysTest)
+#include "ReleasingAndInsertingKeysTest.moc"
