@@ -90,17 +90,12 @@ void MoveCurveKeysCommand::_finishRedo(EditableMotionCurve& curve) const {
     if (reached == _reached.end()) {
         return;
     }
-    const EditableMotionCurve::KeyMoves& targets = _targets.at(&curve);
-    Origins places;
-    places.reserve(targets.size());
-    for (const auto& [key, target] : targets) {
-        places.push_back({key, reached->second[places.size()], 0.0F});
-    }
-    _finishMove(curve, places);
+    _finishMove(curve, reached->second);
+    _restoreValues(curve, reached->second);
 }
 
 void MoveCurveKeysCommand::undo() {
-    _noteFrames();
+    _notePlaces();
     FirstException thrown;
     for (const auto& [curve, origins] : _origins) {
         for (const auto step : {_moveBack, _finishMove, _restoreValues}) {
@@ -111,15 +106,16 @@ void MoveCurveKeysCommand::undo() {
 }
 
 // The steps of a drag may have led a key where the last step alone would not: past another key that stood in
-// the way at first. Redoing must give what the drag had made, since later entries of the history build on it.
-void MoveCurveKeysCommand::_noteFrames() {
+// the way at first, or to a zero of the other sign. Redoing must give what the drag had made, since later
+// entries of the history build on it.
+void MoveCurveKeysCommand::_notePlaces() {
     for (const auto& [curve, targets] : _targets) {
-        std::vector<unsigned int>& frames = _reached[curve];
-        frames.clear();
-        frames.reserve(targets.size());
+        Origins& places = _reached[curve];
+        places.clear();
+        places.reserve(targets.size());
         for (const auto& [key, target] : targets) {
             const bool isHere = key->getParentCurve() == curve;
-            frames.push_back(isHere ? index(key) : frameFromPosition(target.x()));
+            places.push_back({key, isHere ? index(key) : frameFromPosition(target.x()), key->getValue()});
         }
     }
 }

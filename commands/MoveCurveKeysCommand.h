@@ -48,18 +48,15 @@ private:
     using CurvesTargets = std::map<ZT::EditableMotionCurve*, EditableMotionCurve::KeyMoves, std::less<>>;
     using CurvesOrigins = std::map<ZT::EditableMotionCurve*, Origins, std::less<>>;
 
-    using CurvesFrames = std::map<ZT::EditableMotionCurve*, std::vector<unsigned int>, std::less<>>;
-
     void _finishRedo(EditableMotionCurve& curve) const;
     static void _moveBack(EditableMotionCurve& curve, const Origins& origins);
-    void _noteFrames();
+    void _notePlaces();
     static void _finishMove(EditableMotionCurve& curve, const Origins& places);
     static void _restoreValues(EditableMotionCurve& curve, const Origins& origins);
 
     CurvesTargets _targets; ///< what redo() gives
     CurvesOrigins _origins; ///< what undo() gives
-    CurvesFrames
-        _reached; ///< where the keys stood when they were last moved back, in the order of the targets
+    CurvesOrigins _reached; ///< where undo() found the keys, in the order of the targets
     MergeState _mergeState;
 };
 

@@ -42,11 +42,24 @@ void MoveTangentCommand::_capture(EditableMotionCurveKey* key) {
 
 void MoveTangentCommand::redo() {
     forEachCurve(_keysByCurve, [&](EditableMotionCurve& curve, const auto& keys) {
-        curve.moveTangents(keys, _side, _tangentOffset);
+        FirstException thrown;
+        thrown.guard([&] { curve.moveTangents(keys, _side, _tangentOffset); });
+        thrown.guard([&] { curve._restoreHandles(_reached.value(&curve)); });
+        thrown.rethrow();
     });
 }
 
 void MoveTangentCommand::undo() {
+    // Each step of a drag turned and rounded the opposite handles anew: the last one alone would give others.
+    _reached.clear();
+    for (auto entry = _oldRecords.cbegin(); entry != _oldRecords.cend(); ++entry) {
+        for (const auto& [key, record] : entry.value()) {
+            // A key that a step on other keys left out is where redo leads it.
+            if (key->getTangentOffset(_side) == _tangentOffset) {
+                _reached[entry.key()].emplace_back(key, key->baseMotionCurveKey());
+            }
+        }
+    }
     forEachCurve(_oldOffsets, [&](EditableMotionCurve& curve, const auto& offsets) {
         FirstException thrown;
         thrown.guard([&] { curve.moveTangents(offsets, _side); });
@@ -67,6 +80,7 @@ bool MoveTangentCommand::mergeWith(const QUndoCommand* other) {
         return false;
     }
     _tangentOffset = next->_tangentOffset;
+    _reached.clear();
     _mergeState.accept(next->_mergeState);
     return true;
 }

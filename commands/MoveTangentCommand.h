@@ -48,6 +48,7 @@ private:
     QMap<ZT::EditableMotionCurve*, QSet<ZT::EditableMotionCurveKey*>> _keysByCurve;
     QMap<ZT::EditableMotionCurve*, QMap<ZT::EditableMotionCurveKey*, QPair<float, float>>> _oldOffsets;
     QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords> _oldRecords;
+    QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords> _reached; ///< what undo() found
 };
 
 } // namespace ZT::AnimCmd

@@ -64,6 +64,7 @@ void ReplaceCurveKeysCommand::redo() {
     FirstException thrown;
     CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, thrown);
     _leaveOutNewcomers(standing, _keysToInsert, gone);
+    _leaveOutStanding(standing, gone);
     _keysToRemove = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
@@ -134,6 +135,17 @@ void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& standing, 
                 gone[curve.key()].remove(key);
             } else {
                 gone[curve.key()].insert(key, *frame);
+            }
+        }
+    }
+}
+
+// What stood in its curve and never left it was not taken in: undo must not take it out.
+void ReplaceCurveKeysCommand::_leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone) {
+    for (auto curve = standing.cbegin(); curve != standing.cend(); ++curve) {
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            if (!gone.value(curve.key()).contains(entry.key())) {
+                _keysToInsert[curve.key()].remove(entry.key());
             }
         }
     }

@@ -56,6 +56,7 @@ private:
     static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
                                    CurvesKeysMap& gone);
+    void _leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone);
     void _setReplaceText();
     void _own(const CurvesKeysMap& keys);
 

@@ -24,9 +24,18 @@ bool sameBits(const Position2D& a, const Position2D& b) noexcept {
     return floatBits(a.x) == floatBits(b.x) && floatBits(a.y) == floatBits(b.y);
 }
 
+// Most handles are exactly right already.
+bool isClose(const Position2D& handle, const Position2D& computed) noexcept {
+    constexpr float tolerance = 0.0001F;
+    return handle == computed || handle.isNear(computed, tolerance);
+}
+
+// An automatic handle is right as it stands: what was captured may have been other neighbours'. Where they
+// are the same, its bits come back.
 bool needsRestoring(InterpolationType type, const Position2D& offset, InterpolationType capturedType,
                     const Position2D& captured) noexcept {
-    return type == capturedType && !sameBits(offset, captured);
+    return type == capturedType && !sameBits(offset, captured) &&
+           (type != InterpolationType::bezierAuto || isClose(offset, captured));
 }
 
 float angle(float x, float y) noexcept {
@@ -43,12 +52,6 @@ Position2D scaled(const Position2D& point, float factor) noexcept {
 
 Position2D opposite(const Position2D& point) noexcept {
     return {-point.x, -point.y};
-}
-
-// Most handles are exactly right already.
-bool isClose(const Position2D& handle, const Position2D& computed) noexcept {
-    constexpr float tolerance = 0.0001F;
-    return handle == computed || handle.isNear(computed, tolerance);
 }
 
 // A key's three signals and the curve's slot as positions in their meta-objects. Connecting by them costs

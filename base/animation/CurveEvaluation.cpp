@@ -4,8 +4,8 @@
 #include "base/math/Narrowing.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <iterator>
 #include <limits>
 
 namespace VQ::Animation {
@@ -81,14 +81,14 @@ float evaluateSegment(unsigned int leftFrame, const Key& left, unsigned int righ
     const Point first = handle(left.rightTangentType, left.rightTangentOffset, 1.0, length, rise);
     const Point second = handle(right.leftTangentType, right.leftTangentOffset, -1.0, length, rise);
     const double t = parameterAt(x, first.x, 1.0 - second.x);
-    const double y[] = {double{left.value}, double{left.value} + first.y, double{right.value} + second.y,
-                        double{right.value}};
+    const std::array<double, 4> y{double{left.value}, double{left.value} + first.y,
+                                  double{right.value} + second.y, double{right.value}};
     const double value = cubic(y[0], y[1], y[2], y[3], t);
     if (!std::isfinite(value)) {
         return Math::toFloat(value);
     }
     // A cubic stays in the hull of its controls; rounding must not carry it out.
-    const auto [lowest, highest] = std::minmax_element(std::begin(y), std::end(y));
+    const auto [lowest, highest] = std::minmax_element(y.begin(), y.end());
     return Math::toFloat(std::clamp(value, *lowest, *highest));
 }
 
@@ -103,7 +103,7 @@ float evaluate(const MotionCurve& curve, double frame) {
     if (frame <= first->first) {
         return first->second->value;
     }
-    constexpr double lastFrame = double{std::numeric_limits<unsigned int>::max()};
+    constexpr auto lastFrame = double{std::numeric_limits<unsigned int>::max()};
     const auto left = curve.findAtOrBefore(static_cast<unsigned int>(std::min(frame, lastFrame)));
     auto right = left;
     ++right;

@@ -95,16 +95,16 @@ MotionCurve::const_iterator MotionCurve::findAtOrBefore(unsigned int frame) cons
 // otherwise.
 MotionCurve::Places::iterator MotionCurve::_lowerBound(unsigned int frame, Places::iterator beside) {
     Places& places = _keys.base();
-    const auto end = places.end();
-    if (places.empty() || std::prev(end)->first < frame) {
-        return end;
+    const auto last = places.end();
+    if (places.empty() || std::prev(last)->first < frame) {
+        return last;
     }
-    if (beside != end && beside->first < frame) {
+    if (beside != last && beside->first < frame) {
         const auto next = std::next(beside);
         if (next->first >= frame) {
             return next;
         }
-    } else if (beside != end && (beside == places.begin() || std::prev(beside)->first < frame)) {
+    } else if (beside != last && (beside == places.begin() || std::prev(beside)->first < frame)) {
         return beside;
     }
     return places.lower_bound(frame);
@@ -275,7 +275,7 @@ void MotionCurve::_read(const Tree& tree) {
         ++position;
         try {
             const unsigned int frame = TreeItems::getFrame(node, "frame");
-            std::unique_ptr<Key, void (*)(Key*) noexcept> key(createCurveKey(), _functions->destroy);
+            std::unique_ptr<Key, decltype(_functions->destroy)> key(createCurveKey(), _functions->destroy);
             if (!_functions->read(*key, node)) {
                 deserializeMotionCurveKey(node); // Throws what the key could not be read for.
                 throw std::invalid_argument("it cannot be read");

@@ -6,7 +6,7 @@ namespace VQ::Math {
 
 /// The nearest float; beyond the largest one an infinity, which a plain conversion would leave undefined.
 inline float toFloat(double value) noexcept {
-    constexpr double largest = double{std::numeric_limits<float>::max()};
+    constexpr auto largest = double{std::numeric_limits<float>::max()};
     if (value > largest) {
         return std::numeric_limits<float>::infinity();
     }

@@ -101,8 +101,10 @@ void AnimationState::_compareKeys(const Place& actual, const Place& expected, Ob
     differIf(key.frame != wanted.frame, "the frame", key.frame, wanted.frame);
     differIf(!sameBits(key.record.value, wanted.record.value), "the value",
              static_cast<double>(key.record.value), static_cast<double>(wanted.record.value));
-    differIf(key.smooth != wanted.smooth, "smooth", key.smooth, wanted.smooth);
-    differIf(key.symmetrical != wanted.symmetrical, "symmetrical", key.symmetrical, wanted.symmetrical);
+    differIf(key.smooth != wanted.smooth, "smooth", static_cast<double>(key.smooth),
+             static_cast<double>(wanted.smooth));
+    differIf(key.symmetrical != wanted.symmetrical, "symmetrical", static_cast<double>(key.symmetrical),
+             static_cast<double>(wanted.symmetrical));
     if (objects == Objects::same && key.key != wanted.key) {
         differ("the key", "another object", "the same one");
     }

@@ -287,7 +287,7 @@ float BvhImporter::_toNumber(std::string_view word) const {
 /// means just that: .0083333 is 1/120. Any other time is taken by its digits, as far as a fraction of two
 /// ints holds them.
 RationalSeconds BvhImporter::_toTimeUnit(std::string_view word) const {
-    constexpr double largest = double{std::numeric_limits<int>::max()};
+    constexpr auto largest = double{std::numeric_limits<int>::max()};
     double seconds = 0.0;
     if (fromText(word, seconds) != std::errc() || !std::isfinite(seconds)) {
         _failAt(word, "the length of a frame in seconds");

@@ -103,7 +103,7 @@ void EditSession::_addKeys() {
 
 /// A passage of three keys gives way to one key in its middle.
 void EditSession::_replaceKeys() {
-    Curve* const curve = _nextCurve([](Curve& candidate) { return !candidate.empty(); });
+    Curve* const curve = _nextCurve([](const Curve& candidate) { return !candidate.empty(); });
     if (curve == nullptr) {
         return _leaveOut("replace keys", "no layer has keys");
     }
@@ -136,7 +136,7 @@ void EditSession::_changeInterpolationType() {
 }
 
 void EditSession::_changeTangentParameters() {
-    Curve* const curve = _nextCurve([](Curve& candidate) { return !candidate.empty(); });
+    Curve* const curve = _nextCurve([](const Curve& candidate) { return !candidate.empty(); });
     if (curve == nullptr) {
         return _leaveOut("change the tangents' parameters", "no layer has keys");
     }
@@ -153,7 +153,7 @@ void EditSession::_changeSmoothness() {
     const auto isRough = [](const Key& key) { return !key.isSmooth(); };
     Curve* curve = _nextCurve([&](Curve& candidate) { return !keysThat(candidate, isRough).empty(); });
     const bool smooth = curve != nullptr;
-    curve = smooth ? curve : _nextCurve([](Curve& candidate) { return !candidate.empty(); });
+    curve = smooth ? curve : _nextCurve([](const Curve& candidate) { return !candidate.empty(); });
     if (curve == nullptr) {
         return _leaveOut("change the smoothness", "no layer has keys");
     }
@@ -166,7 +166,7 @@ void EditSession::_changeSymmetry() {
     const auto isFree = [](const Key& key) { return !key.isSymmetrical(); };
     Curve* curve = _nextCurve([&](Curve& candidate) { return !keysThat(candidate, isFree).empty(); });
     const bool symmetrical = curve != nullptr;
-    curve = symmetrical ? curve : _nextCurve([](Curve& candidate) { return !candidate.empty(); });
+    curve = symmetrical ? curve : _nextCurve([](const Curve& candidate) { return !candidate.empty(); });
     if (curve == nullptr) {
         return _leaveOut("change the symmetry", "no layer has keys");
     }
@@ -225,7 +225,7 @@ void EditSession::_dragKeys() {
 }
 
 void EditSession::_removeKeys() {
-    Curve* const curve = _nextCurve([](Curve& candidate) { return candidate.size() > 1; });
+    Curve* const curve = _nextCurve([](const Curve& candidate) { return candidate.size() > 1; });
     if (curve == nullptr) {
         return _leaveOut("remove keys", "it would take a layer's only key");
     }

@@ -23,7 +23,7 @@ QSet<Key*> toSet(const std::vector<Key*>& keys) {
     return {keys.begin(), keys.end()};
 }
 
-double reachOf(Curve& curve) {
+double reachOf(const Curve& curve) {
     double lowest = std::numeric_limits<double>::infinity();
     double highest = -lowest;
     for (const auto element : curve) {

@@ -32,7 +32,7 @@ std::vector<Key*> middleOf(const std::vector<Key*>& keys, std::size_t count);
 QSet<Key*> toSet(const std::vector<Key*>& keys);
 
 /// How far the curve's values reach, to choose an edit that shows; 1 for a level curve.
-double reachOf(Curve& curve);
+double reachOf(const Curve& curve);
 
 /// The free frames behind a key; behind the last key twenty, as far as frames go on.
 unsigned int roomBehind(Curve& curve, const Key* key);

@@ -1,0 +1,30 @@
+# Included by the mutants' build behind project(): headers that nobody mutates are compiled once for each library and
+# once for each folder of tests.
+
+set(EDITABLEANIMATION_PLAIN_HEADERS
+  <algorithm> <array> <charconv> <cmath> <functional> <limits> <map> <memory> <set> <sstream> <stdexcept> <string>
+  <utility> <vector>
+  <boost/chrono/duration.hpp> <boost/property_tree/ptree.hpp> <boost/property_tree/xml_parser.hpp>
+  <boost/ptr_container/ptr_map.hpp> <boost/ptr_container/ptr_vector.hpp> <boost/rational.hpp>)
+set(EDITABLEANIMATION_QT_HEADERS
+  <QMap> <QMetaMethod> <QMultiMap> <QObject> <QPair> <QPointF> <QPointer> <QSet> <QString> <QStringList>)
+
+function(precompile_headers)
+  target_precompile_headers(EditableAnimationBase PRIVATE ${EDITABLEANIMATION_PLAIN_HEADERS})
+  target_precompile_headers(EditableAnimationModel PRIVATE
+    ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS})
+  target_precompile_headers(EditableAnimationCommands PRIVATE
+    ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS} <QUndoCommand>)
+  foreach(folder base model commands)
+    get_property(programs DIRECTORY ${PROJECT_SOURCE_DIR}/tests/${folder} PROPERTY BUILDSYSTEM_TARGETS)
+    list(FILTER programs INCLUDE REGEX "Test$")
+    list(POP_FRONT programs first)
+    target_precompile_headers(${first} PRIVATE
+      ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS} <QtTest> <rapidcheck.h>)
+    foreach(program ${programs})
+      target_precompile_headers(${program} REUSE_FROM ${first})
+    endforeach()
+  endforeach()
+endfunction()
+
+cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL precompile_headers)
