@@ -61,10 +61,11 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
         if (order.size() >= worthPrefetching) {
             _fetchAhead(moves, order, i);
         }
-        const auto& [key, target] = moves[order[i]];
+        EditableMotionCurveKey* const key = moves[order[i]].first;
+        const QPointF target = moves[order[i]].second;
         if (_edits(key)) {
-            batch.thrown.guard([&, key = key] { key->setValue(VQ::Math::toFloat(target.y())); });
-            batch.thrown.guard([&, key = key] { _translate(key, frameFromPosition(target.x())); });
+            batch.thrown.guard([&] { key->setValue(VQ::Math::toFloat(target.y())); });
+            batch.thrown.guard([&] { _translate(key, frameFromPosition(target.x())); });
         }
     }
     batch.end();
@@ -115,32 +116,32 @@ bool EditableMotionCurve::_isHeld(const EditableMotionCurveKey& key) {
 }
 
 bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
-    auto& [key, target, detached, isNewcomer] = placement;
-    if (!isNewcomer) {
-        if (attach(detached, target)) {
-            batch.thrown.guard([&, key = key, target = target] { key->_announceIndex(target); });
+    EditableMotionCurveKey* const key = placement.key;
+    const Index target = placement.target;
+    if (!placement.isNewcomer) {
+        if (attach(placement.detached, target)) {
+            batch.thrown.guard([&] { key->_announceIndex(target); });
             return true;
         }
         _disconnectKey(key);
-        batch.thrown.guard([&, key = key] { Q_EMIT keyAboutToBeRemoved(key); });
+        batch.thrown.guard([&] { Q_EMIT keyAboutToBeRemoved(key); });
         return false;
     }
-    if (findBeside(target) != MotionCurve::end() || !batch.thrown.guard([&, key = key, target = target] {
-            MotionCurve::insert(target, key->_record());
-        })) {
+    if (findBeside(target) != MotionCurve::end() ||
+        !batch.thrown.guard([&] { MotionCurve::insert(target, key->_record()); })) {
         return false;
     }
-    batch.thrown.guard([&, key = key, target = target] { key->_announceIndex(target); });
+    batch.thrown.guard([&] { key->_announceIndex(target); });
     if (!_holds(key)) {
         return true; // A slot took it out again.
     }
-    const bool isConnected = _edits(key) || batch.thrown.guard([&, key = key] { _connectKey(key); });
+    const bool isConnected = _edits(key) || batch.thrown.guard([&] { _connectKey(key); });
     if (!isConnected) {
         detach(findKey(*key->_record())).release();
         _disconnectKey(key);
         return false;
     }
-    batch.thrown.guard([&, key = key] { Q_EMIT keyAdded(key); });
+    batch.thrown.guard([&] { Q_EMIT keyAdded(key); });
     return true;
 }
 

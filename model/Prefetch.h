@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <utility>
 
 namespace ZT {
@@ -15,10 +14,11 @@ template <class T>
 void prefetch(const T* object, std::size_t before = 0) noexcept {
 #if defined(__GNUC__)
     constexpr std::size_t line = 64;
-    const auto end = reinterpret_cast<std::uintptr_t>(object) + sizeof(T);
-    for (std::uintptr_t address = (end - sizeof(T) - before) & ~(line - 1); address < end; address += line) {
-        __builtin_prefetch(reinterpret_cast<const void*>(address));
+    const char* const end = reinterpret_cast<const char*>(object) + sizeof(T);
+    for (const char* address = end - sizeof(T) - before; address < end; address += line) {
+        __builtin_prefetch(address);
     }
+    __builtin_prefetch(end - 1);
 #else
     static_cast<void>(object);
     static_cast<void>(before);

@@ -240,7 +240,7 @@ Handles FloorCurve::_handlesAt(Keys::const_iterator position) const {
                             isLast ? 0.0F : next->second->record.value - key->record.value);
 }
 
-void FloorCurve::updateHandles() {
+void FloorCurve::updateHandles() const {
     if (keys.empty()) {
         return;
     }

@@ -82,7 +82,7 @@ public:
     void restore(const std::vector<Record>& records);
 
     /// The automatic handles of all keys.
-    void updateHandles();
+    void updateHandles() const;
 
     /// Moves the key at @p position alone; no key may stand between the two frames.
     void translate(Keys::iterator& position, unsigned int frame);
