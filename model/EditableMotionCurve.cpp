@@ -261,7 +261,9 @@ EditableMotionCurveKey* EditableMotionCurve::_release(iterator position) {
     _disconnectKey(key);
     FirstException thrown;
     if (!thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); })) {
-        _putBack(key, frame);
+        if (key->getParentCurve() == nullptr) { // No slot took it.
+            _putBack(key, frame);
+        }
         thrown.rethrow();
     }
     return key;
