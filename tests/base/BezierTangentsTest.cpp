@@ -99,6 +99,14 @@ private slots:
         QCOMPARE(withoutNext.second, Position2D(0.0F, 0.0F));
     }
 
+    void aHandleOfNoLengthIsAZeroWithoutSign() {
+        for (const float dx : {0.0F, -0.0F}) {
+            const Handles handles = computeBezierKeyTangents(dx, dx, 1.0F, 1.0F);
+            QVERIFY(!std::signbit(handles.first.x) && !std::signbit(handles.first.y));
+            QVERIFY(!std::signbit(handles.second.x) && !std::signbit(handles.second.y));
+        }
+    }
+
     void extremaAndKeysBesideAnEqualNeighbourAreFlat_data() {
         QTest::addColumn<float>("dyPrevious");
         QTest::addColumn<float>("dyNext");

@@ -45,6 +45,13 @@ private slots:
         QCOMPARE(evaluateSegment(0, left, 10, right, 5.0), greatest);
     }
 
+    void atAKeyItsOwnValueIsReadWhateverTheOtherOneIs() {
+        const Key finite = bezier(3.0F, {-1.0F, 0.0F}, {1.0F, 0.0F});
+        const Key infinite = bezier(infinity, {-1.0F, 0.0F}, {1.0F, 0.0F});
+        QCOMPARE(evaluateSegment(2, finite, 10, infinite, 2.0), 3.0F);
+        QCOMPARE(evaluateSegment(2, infinite, 10, finite, 10.0), 3.0F);
+    }
+
     void aHandleThatIsNotFiniteCountsAsZero() {
         for (const Position2D& handle : {Position2D(infinity, 1.0F), Position2D(1.0F, infinity)}) {
             const Key left = bezier(2.0F, {}, handle);

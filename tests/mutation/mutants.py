@@ -71,7 +71,8 @@ def _changed_number(text):
         return hex(int(digits, 16) + 1) + suffix
     if digits.isdigit():
         return ("0" if digits == "1" else str(int(digits) + 1)) + suffix
-    return repr(float(digits) + 1.0) + suffix
+    number = float(digits)
+    return repr(number + 1.0 if number + 1.0 != number else 2.0 * number) + suffix
 
 
 class _Maker:
@@ -142,9 +143,10 @@ class _Maker:
 
     def _number(self, i):
         is_pure = self._text(i - 1) == "=" and self._text(i - 2) in (")", "const", "override")
-        is_type_argument = self._text(i - 1) == "<" or self._text(i + 1) == ">"
+        around = [self.tokens[j] for j in (i - 1, i + 1) if self._text(j) in ("<", ">")]
+        is_type_argument = any(not token.is_binary for token in around)
         changed = _changed_number(self._text(i))
-        if changed is not None and not is_pure and not (is_type_argument and not self.tokens[i].blank_before):
+        if changed is not None and not is_pure and not is_type_argument:
             self._add("constant", i, i, changed)
 
     def _word(self, i):
