@@ -13,9 +13,10 @@ namespace ZT::AnimCmd {
 /// What the commands that change key parameters share: the keys by curve, and their state before.
 ///
 /// Everything is captured when the command is built; keys that are null or in no curve then are left out.
-/// undo() always gives back that state: EditableMotionCurve::restoreKeys() once for each curve, and where its
-/// rules leave a handle other than it was, EditableMotionCurve::_restoreHandles().
-/// Never merges. Keys and curves belong to others. What slots throw is thrown when the command is done.
+/// undo() always gives back that state, automatic handles as their neighbours have them:
+/// EditableMotionCurve::restoreKeys() once for each curve, and where its rules leave a handle other than it
+/// was, EditableMotionCurve::_restoreHandles(). Never merges. Keys and curves belong to others. What slots
+/// throw is thrown when the command is done.
 class ZT_COMMANDS_EXPORT ChangeKeyParamCommand : public QUndoCommand {
 public:
     /// The state of one curve's keys, in the order in which EditableMotionCurve::restoreKeys() takes it.

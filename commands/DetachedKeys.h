@@ -20,8 +20,8 @@ public:
     DetachedKeys& operator=(const DetachedKeys&) = delete;
     ~DetachedKeys();
 
-    /// Takes keys in, all of them or, where memory runs out, none. Null and keys that a curve holds are left
-    /// out.
+    /// Takes keys in, all of them or, where memory runs out, none; a key that a curve only made is parted
+    /// from that curve either way. Null and keys that a curve holds are left out.
     void add(const std::vector<EditableMotionCurveKey*>& keys);
 
     /// Lets go of keys that a curve holds again.

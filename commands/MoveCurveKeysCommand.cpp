@@ -1,6 +1,7 @@
 #include "commands/MoveCurveKeysCommand.h"
 
 #include "base/math/FloatBits.h"
+#include "base/math/Narrowing.h"
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/FirstException.h"
 #include "model/FrameConversion.h"
@@ -95,7 +96,9 @@ void MoveCurveKeysCommand::_finishRedo(EditableMotionCurve& curve) const {
 }
 
 void MoveCurveKeysCommand::undo() {
-    _notePlaces();
+    if (_hasMerged) {
+        _notePlaces();
+    }
     FirstException thrown;
     for (const auto& [curve, origins] : _origins) {
         for (const auto step : {_moveBack, _finishMove, _restoreValues}) {
@@ -115,7 +118,9 @@ void MoveCurveKeysCommand::_notePlaces() {
         places.reserve(targets.size());
         for (const auto& [key, target] : targets) {
             const bool isHere = key->getParentCurve() == curve;
-            places.push_back({key, isHere ? index(key) : frameFromPosition(target.x()), key->getValue()});
+            const float value = VQ::Math::toFloat(target.y());
+            places.push_back({key, isHere ? index(key) : frameFromPosition(target.x()),
+                              key->getValue() == value ? key->getValue() : value});
         }
     }
 }
@@ -148,9 +153,11 @@ void MoveCurveKeysCommand::_finishMove(EditableMotionCurve& curve, const Origins
             curve.reorganizeKeys(astray);
         } catch (const EditableMotionCurveReorganizedFail& failure) {
             // A slot put something in their way.
+            FirstException thrown;
             for (EditableMotionCurveKey* const key : failure.failedKeys) {
-                curve._putBack(key, astray.value(key));
+                thrown.guard([&] { curve._putBack(key, astray.value(key)); });
             }
+            thrown.rethrow();
         }
     }
 }
@@ -177,6 +184,7 @@ bool MoveCurveKeysCommand::mergeWith(const QUndoCommand* other) {
     }
     CurvesTargets targets = next->_targets;
     _targets.swap(targets);
+    _hasMerged = true;
     _reached.clear();
     _mergeState.accept(next->_mergeState);
     return true;

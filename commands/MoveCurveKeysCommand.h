@@ -57,6 +57,7 @@ private:
     CurvesTargets _targets; ///< what redo() gives
     CurvesOrigins _origins; ///< what undo() gives
     CurvesOrigins _reached; ///< where undo() found the keys, in the order of the targets
+    bool _hasMerged = false;
     MergeState _mergeState;
 };
 

@@ -55,7 +55,7 @@ void MoveTangentCommand::undo() {
     for (auto entry = _oldRecords.cbegin(); entry != _oldRecords.cend(); ++entry) {
         for (const auto& [key, record] : entry.value()) {
             // A key that a step on other keys left out is where redo leads it.
-            if (key->getTangentOffset(_side) == _tangentOffset) {
+            if (_hasMerged && key->getTangentOffset(_side) == _tangentOffset) {
                 _reached[entry.key()].emplace_back(key, key->baseMotionCurveKey());
             }
         }
@@ -80,6 +80,7 @@ bool MoveTangentCommand::mergeWith(const QUndoCommand* other) {
         return false;
     }
     _tangentOffset = next->_tangentOffset;
+    _hasMerged = true;
     _reached.clear();
     _mergeState.accept(next->_mergeState);
     return true;

@@ -16,9 +16,9 @@ namespace ZT::AnimCmd {
 /// Gives one handle of each of the given keys the same offset: the command of a handle drag.
 ///
 /// The handles are captured when the command is built. redo() is EditableMotionCurve::moveTangents() for each
-/// curve; undo() is the same with each key's own offset, and where a constraint leaves the opposite handle
-/// other than it was, EditableMotionCurve::_restoreHandles(). Keys and curves belong to others. What slots
-/// throw is thrown when the command is done.
+/// curve; undo() is the same with each key's own offset. Where a constraint leaves the opposite handle other
+/// than it was, or than the steps of a drag had made it, EditableMotionCurve::_restoreHandles() follows. Keys
+/// and curves belong to others. What slots throw is thrown when the command is done.
 ///
 /// Deliberate: a step merges when it moves the same keys or the same side. One that moves other keys on the
 /// same side is absorbed with its offset only; undo gives back what this command captured. See
@@ -48,6 +48,7 @@ private:
     QMap<ZT::EditableMotionCurve*, QSet<ZT::EditableMotionCurveKey*>> _keysByCurve;
     QMap<ZT::EditableMotionCurve*, QMap<ZT::EditableMotionCurveKey*, QPair<float, float>>> _oldOffsets;
     QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords> _oldRecords;
+    bool _hasMerged = false;
     QMap<ZT::EditableMotionCurve*, EditableMotionCurve::KeyRecords> _reached; ///< what undo() found
 };
 

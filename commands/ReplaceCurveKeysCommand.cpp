@@ -65,6 +65,7 @@ void ReplaceCurveKeysCommand::redo() {
     CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, thrown);
     _leaveOutNewcomers(standing, _keysToInsert, gone);
     _leaveOutStanding(standing, gone);
+    _keepWhereNothingWasDone(_keysToRemove, gone);
     _keysToRemove = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
@@ -72,7 +73,9 @@ void ReplaceCurveKeysCommand::redo() {
 
 void ReplaceCurveKeysCommand::undo() {
     FirstException thrown;
-    _keysToInsert = _replace(_keysToInsert, _keysToRemove, thrown);
+    CurvesKeysMap gone = _replace(_keysToInsert, _keysToRemove, thrown);
+    _keepWhereNothingWasDone(_keysToInsert, gone);
+    _keysToInsert = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
 }
@@ -91,7 +94,12 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const C
     for (EditableMotionCurve* const curve : std::as_const(curves)) {
         thrown.guard([&] {
             KeysIndexMap& ofCurve = gone[curve]; // Its place is made before anything leaves.
-            ofCurve = curve->releaseAndInsertKeys(toRelease.value(curve), toInsert.value(curve));
+            const bool isDone = thrown.guard([&] {
+                ofCurve = curve->releaseAndInsertKeys(toRelease.value(curve), toInsert.value(curve));
+            });
+            if (!isDone) {
+                gone.remove(curve);
+            }
         });
     }
     if (!thrown.guard([&] { _own(gone); })) {
@@ -140,11 +148,21 @@ void ReplaceCurveKeysCommand::_leaveOutNewcomers(const CurvesKeysMap& standing, 
     }
 }
 
+// A curve whose turn ended with an exception is as it was: the command can be done, or undone, there once
+// more.
+void ReplaceCurveKeysCommand::_keepWhereNothingWasDone(const CurvesKeysMap& asked, CurvesKeysMap& gone) {
+    for (auto curve = asked.cbegin(); curve != asked.cend(); ++curve) {
+        if (!gone.contains(curve.key())) {
+            gone.insert(curve.key(), curve.value());
+        }
+    }
+}
+
 // What stood in its curve and never left it was not taken in: undo must not take it out.
 void ReplaceCurveKeysCommand::_leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone) {
     for (auto curve = standing.cbegin(); curve != standing.cend(); ++curve) {
         for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
-            if (!gone.value(curve.key()).contains(entry.key())) {
+            if (gone.contains(curve.key()) && !gone.value(curve.key()).contains(entry.key())) {
                 _keysToInsert[curve.key()].remove(entry.key());
             }
         }

@@ -49,7 +49,7 @@ protected:
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 
 private:
-    /// What left the curves; the command owns it by then.
+    /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed.
     CurvesKeysMap _replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert,
                            FirstException& thrown);
     /// The keys to insert that stand in their curve already, with their frames.
@@ -57,6 +57,7 @@ private:
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
                                    CurvesKeysMap& gone);
     void _leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone);
+    static void _keepWhereNothingWasDone(const CurvesKeysMap& asked, CurvesKeysMap& gone);
     void _setReplaceText();
     void _own(const CurvesKeysMap& keys);
 

@@ -49,9 +49,12 @@ private:
 class [[nodiscard]] EditableMotionCurve::BatchWithFrames : public Batch {
 public:
     explicit BatchWithFrames(EditableMotionCurve& curve)
+        : BatchWithFrames(curve, curve.getGreaterIndex()) {}
+    /// @p previousGreater: what listeners take for the greatest frame.
+    BatchWithFrames(EditableMotionCurve& curve, unsigned int previousGreater)
         : Batch(curve)
         , _curve(curve)
-        , _previousGreater(curve.getGreaterIndex()) {}
+        , _previousGreater(previousGreater) {}
 
     void end() {
         thrown.guard([&] { _curve.updateBezierAutoTangents(); });

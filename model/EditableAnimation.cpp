@@ -1,7 +1,6 @@
 #include "model/EditableAnimation.h"
 
 #include "model/AnimationMarkers.h"
-#include "model/FirstException.h"
 
 #include <algorithm>
 #include <memory>
@@ -77,15 +76,15 @@ VQ::Animation::AnimationLayer* EditableAnimation::createLayer() const {
 }
 
 void EditableAnimation::push_back(EditableAnimationLayer* pLayer) {
-    Animation::push_back(pLayer);
-    _adopt(pLayer);
+    insert(end(), pLayer);
 }
 
 EditableAnimation::iterator EditableAnimation::insert(iterator pBefore, EditableAnimationLayer* pLayer) {
+    std::unique_ptr<EditableAnimationLayer> owned(pLayer);
     if (pLayer != nullptr) {
         _adopt(pLayer);
     }
-    return _toEditableIterator(Animation::insert(pBefore.base(), pLayer));
+    return _toEditableIterator(Animation::insert(pBefore.base(), owned.release()));
 }
 
 EditableAnimation::iterator EditableAnimation::erase(iterator pPosition) {
@@ -115,10 +114,8 @@ void EditableAnimation::_onGreaterCurveIndexChanged(unsigned int newGreater, uns
 
 // A layer that this animation created is connected already; twice would count its signals twice.
 void EditableAnimation::_adopt(EditableAnimationLayer* layer) const {
-    FirstException thrown;
-    if (layer->getParentAnimation() != this && !thrown.guard([&] { _connectLayer(layer); })) {
-        _disconnectLayer(layer); // Memory is out.
-        thrown.rethrow();
+    if (layer->getParentAnimation() != this) {
+        _connectLayer(layer);
     }
 }
 

@@ -87,10 +87,11 @@ Q_SIGNALS:
     void greaterIndexChanged();
 
 public Q_SLOTS:
-    /// Appends the layer and takes ownership. Emits nothing. Throws boost::bad_pointer for null.
+    /// Appends the layer and takes ownership, also where memory runs out: it is destroyed then. Emits
+    /// nothing. Throws boost::bad_pointer for null.
     void push_back(EditableAnimationLayer* pLayer);
-    /// Inserts the layer before @p pBefore and takes ownership. Emits nothing. Returns the iterator to the
-    /// layer.
+    /// Inserts the layer before @p pBefore and takes ownership as push_back() does. Emits nothing. Returns
+    /// the iterator to the layer.
     iterator insert(iterator pBefore, EditableAnimationLayer* pLayer);
     /// Removes and deletes the layer. Emits nothing. Returns the iterator behind it.
     iterator erase(iterator pPosition);

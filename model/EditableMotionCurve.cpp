@@ -197,10 +197,13 @@ EditableMotionCurve::iterator EditableMotionCurve::insert(Index pIndex, Editable
         translateKey(pKey, pIndex);
         return find(pIndex);
     }
-    const auto position = _takeIn(pIndex, pKey);
-    const std::size_t inserted = revision();
+    iterator position = end();
     FirstException thrown;
-    thrown.guard([&] { Q_EMIT keyAdded(pKey); });
+    const bool isIn = thrown.guard([&] { position = _takeIn(pIndex, pKey); });
+    const std::size_t inserted = revision();
+    if (isIn) {
+        thrown.guard([&] { Q_EMIT keyAdded(pKey); });
+    }
     thrown.guard([&] { _checkGreaterIndexChanged(previousGreater); });
     thrown.rethrow();
     return revision() == inserted ? position : find(pIndex);

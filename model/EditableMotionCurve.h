@@ -39,22 +39,23 @@ class FrameOrder;
 /// **Skipped keys.** Bulk operations skip keys that are null or belong to another curve without a word.
 ///
 /// **Slots.** Every signal is emitted after the state that it announces is complete, and slots run inside the
-/// operation. A slot may read everything at every signal. It may edit, too:
-/// - at keysChanged(), curveCleared() and greaterIndexChanged(), where nothing but further announcements is
-///   left to do: everything;
-/// - at the other signals of a curve and those of its keys: everything but destroying a key that the running
-///   operation was given and destroying the curve (releasing a key, or deleteLater(), is as good). The
-///   operation goes on with what it then finds: a key that has left is passed over, a frame that was taken
-///   meanwhile is taken. A key that a slot moves when it is about to be removed stays; one that
-///   reorganizeKeys() has taken out and a slot takes in again is where the slot put it.
+/// operation. A slot may read everything at every signal. (At the indexChanged() of a key that
+/// reorganizeKeys() takes in, the key does not name its curve yet.) It may edit, too: everything but
+/// destroying the curve or a key that the running operation was given (releasing the key, or deleteLater(),
+/// is as good), and taking a key in that the operation is handing to its caller. The operation goes on with
+/// what it then finds: a key that has left is passed over, a frame that was taken meanwhile is taken. A key
+/// that a slot moves when it is about to be removed stays; one that reorganizeKeys() has taken out and a slot
+/// takes in again is where the slot put it. Where a slot fills the frame that was just made free for a key,
+/// insert() and releaseAndInsertKeys() throw std::invalid_argument.
 ///
 /// **Exceptions.** What a slot throws reaches the caller of the operation, which by then is over: carried
 /// through for all other keys, with all its signals, as if the slot had returned. Of several exceptions the
 /// first arrives. Two operations are taken back instead, since the keys that they would have given to their
 /// caller must not be lost: release() and releaseAndInsertKeys(); the way back is announced like the way
 /// there. And a single key that was to be displaced or removed stays when a slot throws at
-/// keyAboutToBeRemoved(). reorganizeKeys() throws its own exception first, as it hands over keys. The same
-/// holds for std::bad_alloc; deserialize() and the constructors then change nothing.
+/// keyAboutToBeRemoved(). reorganizeKeys() throws its own exception instead, as it hands over keys. The same
+/// holds for std::bad_alloc, except that insert() has destroyed the displaced key by then; deserialize() and
+/// the constructors then change nothing.
 ///
 /// Frames are counted from 0; no two keys stand at one frame. Looking a key up costs O(1), looking a frame up
 /// O(log n), single edits O(log n), bulk operations O(n log n).

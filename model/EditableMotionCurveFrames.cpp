@@ -94,8 +94,9 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     }
 
     for (Placement& placement : placements) {
-        // A key that a slot put somewhere before its turn stays there.
-        if (!_isHeld(*placement.key) && !_place(placement, batch)) {
+        // A key that a slot took or put somewhere before its turn is left to it.
+        const bool isOurs = placement.isNewcomer || _edits(placement.key);
+        if (isOurs && !_isHeld(*placement.key) && !_place(placement, batch)) {
             failure.failedKeys.push_back(placement.key);
         }
     }
@@ -167,31 +168,43 @@ std::vector<bool> EditableMotionCurve::_standing(const KeysIndexMap& frames) {
 /// What releaseAndInsertKeys() was asked for and what it has done of it. Holds the caller's maps, which a
 /// slot may change.
 struct EditableMotionCurve::Exchange {
-    Exchange(KeysIndexMap keysToRelease, KeysIndexMap keysToInsert)
+    /// A key that came or one that it displaced.
+    struct Step {
+        EditableMotionCurveKey* key;
+        Index frame;
+        bool hasEntered;
+    };
+
+    Exchange(KeysIndexMap keysToRelease, KeysIndexMap keysToInsert, Index greatest)
         : toRelease(std::move(keysToRelease))
         , toInsert(std::move(keysToInsert))
-        , left(toRelease) {}
+        , left(toRelease)
+        , announcedGreatest(greatest) {
+        steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
+    }
 
     const KeysIndexMap toRelease;
     const KeysIndexMap toInsert;
     KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
     int releaseTurns = 0;
-    KeysIndexMap displaced;
-    std::vector<EditableMotionCurveKey*> skipped; ///< of toInsert
-    int insertTurns = 0;
+    std::vector<Step> steps;
+    Index announcedGreatest; ///< what listeners take for the greatest frame
 };
 
 EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(const KeysIndexMap& toRelease,
                                                                             const KeysIndexMap& toInsert) {
-    Exchange exchange(toRelease, toInsert);
+    Exchange exchange(toRelease, toInsert, getGreaterIndex());
     try {
-        BatchWithFrames batch(*this);
+        BatchWithFrames batch(*this, exchange.announcedGreatest);
         _releaseKeys(exchange);
         _insertKeys(exchange);
-        batch.end();
-        for (auto entry = exchange.displaced.cbegin(); entry != exchange.displaced.cend(); ++entry) {
-            exchange.left.insert(entry.key(), entry.value());
+        for (const auto& [key, frame, hasEntered] : exchange.steps) {
+            if (!hasEntered) {
+                exchange.left.insert(key, frame);
+            }
         }
+        exchange.announcedGreatest = getGreaterIndex();
+        batch.end();
         return exchange.left;
     } catch (...) {
         _takeBack(exchange); // The caller gets no answer, so that nothing may have left.
@@ -231,51 +244,45 @@ void EditableMotionCurve::_insertKeys(Exchange& exchange) {
     const KeysIndexMap& toInsert = exchange.toInsert;
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
+        const Index frame = entry.value();
         const bool hasCurve = key != nullptr && key->getParentCurve() != nullptr;
         if (key == nullptr || (hasCurve && (!_edits(key) || _holds(key)))) {
-            // A key has one owner: what stands in a curve is not taken in a second time.
-            exchange.skipped.push_back(key);
-            ++exchange.insertTurns;
-            continue;
+            continue; // A key has one owner: what stands in a curve is not taken in a second time.
         }
-        if (EditableMotionCurveKey* const occupant = getKey(entry.value())) {
-            exchange.displaced.insert(occupant, entry.value()); // Before it leaves: this may fail.
-            if (_release(find(entry.value())) == nullptr) {
-                exchange.displaced.remove(occupant);
-            }
+        if (EditableMotionCurveKey* const displaced = release(frame)) {
+            exchange.steps.push_back({displaced, frame, false});
         }
-        _takeIn(entry.value(), key);
-        ++exchange.insertTurns;
+        _takeIn(frame, key);
+        exchange.steps.push_back({key, frame, true});
         Q_EMIT keyAdded(key);
     }
 }
 
-// Back to what stood here before, announced like the way there; what slots throw now is dropped.
+// Back to what stood here before, announced like the way there. What slots throw now is dropped; a key that
+// they took elsewhere meanwhile is left there.
 void EditableMotionCurve::_takeBack(const Exchange& exchange) {
+    BatchWithFrames batch(*this, exchange.announcedGreatest);
     FirstException dropped;
-    BatchWithFrames batch(*this);
-    auto inserted = exchange.toInsert.cbegin();
-    for (int i = 0; i < exchange.insertTurns; ++i, ++inserted) {
-        EditableMotionCurveKey* const key = inserted.key();
-        const auto& skipped = exchange.skipped;
-        if (std::find(skipped.begin(), skipped.end(), key) == skipped.end() && _holds(key)) {
-            dropped.guard([&] { Q_EMIT keyAboutToBeRemoved(key); });
-            if (_holds(key)) {
-                detach(findKey(*key->_record())).release();
-                _disconnectKey(key);
+    const auto putBack = [&](EditableMotionCurveKey* key, Index frame) {
+        if (key->getParentCurve() == nullptr) {
+            dropped.guard([&] { _putBack(key, frame); });
+        }
+    };
+    for (auto step = exchange.steps.rbegin(); step != exchange.steps.rend(); ++step) {
+        if (!step->hasEntered) {
+            putBack(step->key, step->frame);
+        } else if (_holds(step->key)) {
+            dropped.guard([&] { Q_EMIT keyAboutToBeRemoved(step->key); });
+            if (_holds(step->key)) {
+                detach(findKey(*step->key->_record())).release();
+                _disconnectKey(step->key);
             }
         }
     }
     auto released = exchange.toRelease.cbegin();
     for (int i = 0; i < exchange.releaseTurns; ++i, ++released) {
-        if (exchange.left.contains(released.key()) && released.key()->getParentCurve() == nullptr) {
-            _putBack(released.key(), released.value());
-        }
-    }
-    // A key that was taken in and displaced by another one is the caller's again.
-    for (auto entry = exchange.displaced.cbegin(); entry != exchange.displaced.cend(); ++entry) {
-        if (!exchange.toInsert.contains(entry.key()) && entry.key()->getParentCurve() == nullptr) {
-            _putBack(entry.key(), entry.value());
+        if (exchange.left.contains(released.key())) {
+            putBack(released.key(), released.value());
         }
     }
     dropped.guard([&] { batch.end(); });

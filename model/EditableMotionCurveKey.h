@@ -99,7 +99,8 @@ public:
     const VQ::Math::Interpolation::Key* _record() const noexcept { return this; }
 
     /// Writes the handles of @p record past all rules, each where the tangent has the type that @p record
-    /// says and the bits differ. Used by undo for handles that no setter leads back to.
+    /// says and the bits differ; an automatic handle only where it is the same within the tolerance. Used by
+    /// undo for handles that no setter leads back to.
     /// Emits tangentsChanged() once if a handle was written and returns whether.
     bool _restoreHandles(const VQ::Math::Interpolation::Key& record);
     /// Whether _restoreHandles() would write anything.

@@ -9,13 +9,14 @@ using VQ::Math::Interpolation::InterpolationType;
 
 template <class Keys, class Action>
 void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
+    const Keys shared = keys; // A slot may change the caller's.
     Batch batch(*this);
-    if (keys.isEmpty()) {
+    if (shared.isEmpty()) {
         // Deliberate: see aBulkEditOfNothingLeavesTheBatchDepthRaised().
         batch.leaveRaised();
         return;
     }
-    for (auto entry = keys.cbegin(); entry != keys.cend(); ++entry) {
+    for (auto entry = shared.cbegin(); entry != shared.cend(); ++entry) {
         EditableMotionCurveKey* key = nullptr;
         if constexpr (std::is_same_v<Keys, KeysSet>) {
             key = *entry;

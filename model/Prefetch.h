@@ -13,6 +13,9 @@ constexpr std::size_t worthPrefetching = 16384;
 template <class T>
 void prefetch(const T* object, std::size_t before = 0) noexcept {
 #if defined(__GNUC__)
+    if (object == nullptr) {
+        return; // There is no arithmetic with it.
+    }
     constexpr std::size_t line = 64;
     const char* const end = reinterpret_cast<const char*>(object) + sizeof(T);
     for (const char* address = end - sizeof(T) - before; address < end; address += line) {

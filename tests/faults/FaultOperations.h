@@ -22,6 +22,8 @@ struct FaultOperation {
     std::function<void(FaultScene&)> prepare;
     std::function<void(FaultScene&)> run;
     std::function<QUndoCommand*(FaultScene&)> build = {}; ///< of a command
+    /// Ends with an exception of its own, which takes the place of a slot's.
+    bool handsOverByException = false;
 };
 
 /// Single and bulk edits of a curve and its keys.

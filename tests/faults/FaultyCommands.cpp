@@ -50,6 +50,7 @@ struct Kind {
     const char* redoAgain;
     Law law;
     Build build;
+    bool handsOverByException = false;
 };
 
 } // namespace
@@ -88,7 +89,7 @@ std::vector<FaultOperation> faultyCommands() {
          Law::carriedThrough,
          [](Scene& s) { return new MoveRangeCommand(&s.markers(), frames(s), 2, 4, 6, true); }},
         {"MoveRangeCommand with collisions, redo", "MoveRangeCommand with collisions, undo",
-         "MoveRangeCommand with collisions, redo again", Law::carriedThrough, collidingRange},
+         "MoveRangeCommand with collisions, redo again", Law::carriedThrough, collidingRange, true},
         {"StretchRangeCommand, redo", "StretchRangeCommand, undo", "StretchRangeCommand, redo again",
          Law::carriedThrough,
          [](Scene& s) {
@@ -108,9 +109,12 @@ std::vector<FaultOperation> faultyCommands() {
             buildAndRedo(s);
             undo(s);
         };
-        operations.push_back({kind.redo, kind.law, [](Scene& /*s*/) {}, buildAndRedo, kind.build});
-        operations.push_back({kind.undo, kind.law, buildAndRedo, undo, kind.build});
-        operations.push_back({kind.redoAgain, kind.law, buildRedoAndUndo, redo, kind.build});
+        operations.push_back(
+            {kind.redo, kind.law, [](Scene& /*s*/) {}, buildAndRedo, kind.build, kind.handsOverByException});
+        operations.push_back(
+            {kind.undo, kind.law, buildAndRedo, undo, kind.build, kind.handsOverByException});
+        operations.push_back(
+            {kind.redoAgain, kind.law, buildRedoAndUndo, redo, kind.build, kind.handsOverByException});
     }
     return operations;
 }

@@ -64,10 +64,14 @@ std::vector<FaultOperation> faultyEdits() {
          [](Scene& s) {
              reorganize(s, {{s.key(0), 4}, {s.key(1), 2}, {s.key(3), 11}, {s.key(8), 8}});
          }},
-        {"reorganizeKeys with collisions", Law::carriedThrough, nothing,
+        {"reorganizeKeys with collisions",
+         Law::carriedThrough,
+         nothing,
          [](Scene& s) {
              reorganize(s, {{s.key(0), 4}, {s.key(3), 6}, {s.key(8), 6}, {s.key(9), 12}});
-         }},
+         },
+         {},
+         true},
         {"releaseAndInsertKeys", Law::takenBack, nothing,
          [](Scene& s) {
              receiveAll(s, s.curve().releaseAndInsertKeys({{s.key(0), 2}, {s.key(3), 8}},

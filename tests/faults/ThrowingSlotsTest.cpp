@@ -1,7 +1,10 @@
+#include "commands/ReplaceCurveKeysCommand.h"
 #include "tests/faults/FaultOperations.h"
 #include "tests/faults/SlotThrower.h"
 
 #include <QtTest>
+
+#include <algorithm>
 
 namespace {
 
@@ -36,6 +39,10 @@ private Q_SLOTS:
     void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data();
     void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack();
     void theFirstOfSeveralExceptionsIsTheOneThatArrives();
+    void aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame();
+    void aReplacementThatASlotStoppedCanBeDoneAgain();
+    void aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain();
+    void takingBackAnnouncesNoFrameThatWasNeverTheGreatest();
 };
 
 void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data() {
@@ -79,6 +86,7 @@ void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBac
             QCOMPARE(state, after);
             break;
         }
+        QVERIFY(hasArrived || operation.handsOverByException);
         switch (operation.law) {
         case Law::carriedThrough:
             QCOMPARE(where + state, where + after);
@@ -112,6 +120,57 @@ void ThrowingSlotsTest::theFirstOfSeveralExceptionsIsTheOneThatArrives() {
     }
     QCOMPARE(number, static_cast<int>(FaultScene::keysOfACurve));
     QCOMPARE(arrived, 1);
+}
+
+// Its neighbour by address takes its place before its own turn.
+void ThrowingSlotsTest::aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame() {
+    FaultScene scene;
+    FaultScene::Key* const standing = scene.curve().release(6);
+    scene.receive(standing);
+    FaultScene::Key* const first = std::min(standing, scene.key(8));
+    FaultScene::Key* const second = std::max(standing, scene.key(8));
+    scene.curve().insert(6, second);
+    scene.curve().updateBezierAutoTangents();
+    const QString before = scene.state();
+    connect(&scene.curve(), &FaultScene::Curve::keyAdded, [] { throw SlotFailure(); });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({}, {{first, 6}, {second, 9}}), SlotFailure);
+    QCOMPARE(scene.state(), before);
+}
+
+void ThrowingSlotsTest::aReplacementThatASlotStoppedCanBeDoneAgain() {
+    FaultScene scene;
+    ZT::AnimCmd::RemoveCurveKeysCommand command({scene.key(0), scene.key(1), scene.key(2), scene.key(3)});
+    {
+        const SlotThrower thrower(scene, 1, SlotThrower::AfterThat::pass);
+        QVERIFY_EXCEPTION_THROWN(command.redo(), SlotFailure);
+    }
+    command.redo();
+    QVERIFY(scene.curve().empty());
+    command.undo();
+    QCOMPARE(scene.fault(), QString());
+    QCOMPARE(scene.curve().size(), FaultScene::keysOfACurve);
+}
+
+void ThrowingSlotsTest::aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain() {
+    FaultScene scene;
+    const QString before = scene.state();
+    ZT::AnimCmd::AddCurveKeysCommand command(scene.key(8), &scene.curve(), 8);
+    command.redo();
+    {
+        const SlotThrower thrower(scene, 1, SlotThrower::AfterThat::pass);
+        QVERIFY_EXCEPTION_THROWN(command.undo(), SlotFailure);
+    }
+    command.undo();
+    QCOMPARE(scene.state(), before);
+}
+
+void ThrowingSlotsTest::takingBackAnnouncesNoFrameThatWasNeverTheGreatest() {
+    FaultScene scene;
+    const QSignalSpy greatest(&scene.curve(), &FaultScene::Curve::greaterIndexChanged);
+    connect(&scene.curve(), &FaultScene::Curve::keyAdded, [] { throw SlotFailure(); });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({{scene.key(3), 8}}, {{scene.key(8), 20}}),
+                             SlotFailure);
+    QCOMPARE(greatest.size(), 0);
 }
 
 QTEST_GUILESS_MAIN(ThrowingSlotsTest)
