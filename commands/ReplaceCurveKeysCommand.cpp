@@ -63,9 +63,9 @@ void ReplaceCurveKeysCommand::redo() {
     const CurvesKeysMap standing = _standingAmong(_keysToInsert);
     FirstException thrown;
     CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, thrown);
-    _leaveOutNewcomers(standing, _keysToInsert, gone);
     _leaveOutStanding(standing, gone);
     _keepWhereNothingWasDone(_keysToRemove, gone);
+    _leaveOutNewcomers(standing, _keysToInsert, gone);
     _keysToRemove = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
