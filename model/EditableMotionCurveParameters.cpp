@@ -9,7 +9,8 @@ using VQ::Math::Interpolation::InterpolationType;
 
 template <class Keys, class Action>
 void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
-    const Keys shared = keys; // A slot may change the caller's.
+    // A slot may change the caller's.
+    const Keys shared = keys; // NOLINT(performance-unnecessary-copy-initialization)
     Batch batch(*this);
     if (shared.isEmpty()) {
         // Deliberate: see aBulkEditOfNothingLeavesTheBatchDepthRaised().
