@@ -9,8 +9,8 @@ using VQ::Math::Interpolation::InterpolationType;
 
 template <class Keys, class Action>
 void EditableMotionCurve::_editEach(const Keys& keys, Action action) {
-    // A slot may change the caller's.
-    const Keys shared = keys; // NOLINT(performance-unnecessary-copy-initialization)
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): a slot may change the caller's
+    const Keys shared = keys;
     Batch batch(*this);
     if (shared.isEmpty()) {
         // Deliberate: see aBulkEditOfNothingLeavesTheBatchDepthRaised().

@@ -8,13 +8,16 @@
 #include <fstream>
 
 // The C library's allocator under names that stay its own.
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the reserved names are the C
+// library's
 extern "C" {
-void* __libc_malloc(std::size_t size);                          // NOLINT(bugprone-reserved-identifier,cert-*)
-void* __libc_calloc(std::size_t count, std::size_t size);       // NOLINT(bugprone-reserved-identifier,cert-*)
-void* __libc_realloc(void* block, std::size_t size);            // NOLINT(bugprone-reserved-identifier,cert-*)
-void* __libc_memalign(std::size_t alignment, std::size_t size); // NOLINT(bugprone-reserved-identifier,cert-*)
-void __libc_free(void* block);                                  // NOLINT(bugprone-reserved-identifier,cert-*)
+void* __libc_malloc(std::size_t size);
+void* __libc_calloc(std::size_t count, std::size_t size);
+void* __libc_realloc(void* block, std::size_t size);
+void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* block);
 }
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)
 
 namespace {
 

@@ -115,7 +115,7 @@ void BvhImporterTest::theDecimalPointIsADotInEveryLocale() {
     const QString shown = show(read(goodFile));
     std::setlocale(LC_ALL, before.c_str());
     QVERIFY(shown.contains("0: -0.25"));
-    if (locale == nullptr) {
+    if (locale == nullptr) { // The test needs one to go wrong under.
         QSKIP("no locale with a decimal comma is installed");
     }
 }
@@ -193,7 +193,7 @@ void BvhImporterTest::realCapturesAreRead() {
     QFETCH(int, framesInASecond);
     QFETCH(QString, firstLayer);
     const QString path = QString(EA_SHARED_DATA) + '/' + name;
-    if (!QFile::exists(path)) {
+    if (!QFile::exists(path)) { // The captures are not part of the repository.
         QSKIP(qPrintable(path + " is missing"));
     }
     std::ifstream stream(path.toStdString(), std::ios::binary);

@@ -89,7 +89,7 @@ void EditSessionProgramTest::theProgramPlaysItsSessionOn() {
         QFile file(path);
         QVERIFY(file.open(QIODevice::WriteOnly));
         QCOMPARE(file.write(content), qint64{content.size()});
-    } else if (!path.isEmpty() && !QFile::exists(path)) {
+    } else if (!path.isEmpty() && !QFile::exists(path)) { // The captures are not part of the repository.
         QSKIP(qPrintable(path + " is missing"));
     }
     const Result result = runProgram(path.isEmpty() ? QStringList() : QStringList(path));
