@@ -35,7 +35,7 @@ void moveKeys(EditScene& scene) {
     Curve& curve = scene.anyCurve();
     Curve::KeyPosMap positions;
     for (Key* const key : scene.someKeys()) {
-        const double frame = static_cast<double>(scene.anyFrame());
+        const auto frame = static_cast<double>(scene.anyFrame());
         positions.insert(key, QPointF(frame, static_cast<double>(scene.anyNumber())));
     }
     if (!positions.isEmpty()) { // An empty map leaves the curve silent.
