@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t chunkSize = std::size_t{1} << 16U;
 constexpr std::size_t longestCharacter = 4; // bytes
 
-const char* const attributesName = "<xmlattr>";
+constexpr std::string_view attributesName = "<xmlattr>";
 
 // With and without byte order marks. The marks of one are no text of the other.
 void requireNoWideCharacters(std::string_view text) {
