@@ -357,7 +357,7 @@ private:
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);
-    std::vector<bool> _standing(const KeysIndexMap& frames);
+    std::vector<bool> _standing(const Exchange& exchange);
     ZT::EditableMotionCurveKey* _release(iterator position);
     bool _edits(const EditableMotionCurveKey* key) const noexcept {
         return key != nullptr && key->getParentCurve() == this;

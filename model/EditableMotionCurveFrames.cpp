@@ -146,27 +146,8 @@ bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
     return true;
 }
 
-// Which of a map's keys stand at their frames. Empty where the map's order is that of frames: otherwise one
-// walk over the curve takes the place of a search for each key. Keys are compared but not read: one that has
-// left may be dead.
-std::vector<bool> EditableMotionCurve::_standing(const KeysIndexMap& frames) {
-    const std::vector<std::pair<EditableMotionCurveKey*, Index>> entries(frames.constKeyValueBegin(),
-                                                                         frames.constKeyValueEnd());
-    std::vector<bool> standing;
-    const FrameOrder order(entries, [](const auto& entry) { return entry.second; });
-    if (!order.isAsGiven()) {
-        standing.resize(entries.size());
-        for (const std::size_t entry : order) {
-            const auto [key, frame] = entries[entry];
-            const auto place = findBeside(frame);
-            standing[entry] = place != MotionCurve::end() && _toEditableIterator(place)->second == key;
-        }
-    }
-    return standing;
-}
-
-/// What releaseAndInsertKeys() was asked for and what it has done of it. Holds the caller's maps, which a
-/// slot may change.
+/// What releaseAndInsertKeys() was asked for and what it has done of it. Holds what the caller's maps said,
+/// since a slot may change them.
 struct EditableMotionCurve::Exchange {
     /// A key that came or one that it displaced.
     struct Step {
@@ -175,18 +156,21 @@ struct EditableMotionCurve::Exchange {
         bool hasEntered;
     };
 
-    Exchange(KeysIndexMap keysToRelease, KeysIndexMap keysToInsert, Index greatest)
-        : toRelease(std::move(keysToRelease))
-        , toInsert(std::move(keysToInsert))
-        , left(toRelease)
+    Exchange(const KeysIndexMap& keysToRelease, KeysIndexMap keysToInsert, Index greatest)
+        : toInsert(std::move(keysToInsert))
+        , left(keysToRelease)
         , announcedGreatest(greatest) {
+        toRelease.reserve(static_cast<std::size_t>(keysToRelease.size()));
+        for (auto entry = keysToRelease.cbegin(); entry != keysToRelease.cend(); ++entry) {
+            toRelease.emplace_back(entry.key(), entry.value());
+        }
         steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
     }
 
-    const KeysIndexMap toRelease;
+    std::vector<std::pair<EditableMotionCurveKey*, Index>> toRelease; ///< walked faster than a map
     const KeysIndexMap toInsert;
     KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
-    int releaseTurns = 0;
+    std::size_t releaseTurns = 0;
     std::vector<Step> steps;
     Index announcedGreatest; ///< what listeners take for the greatest frame
 };
@@ -212,28 +196,45 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     }
 }
 
+// Which of the keys to release stand at their frames. Empty where they come in the order of frames: otherwise
+// one walk over the curve takes the place of a search for each key. Keys are compared but not read: one that
+// has left may be dead.
+std::vector<bool> EditableMotionCurve::_standing(const Exchange& exchange) {
+    std::vector<bool> standing;
+    const FrameOrder order(exchange.toRelease, [](const auto& entry) { return entry.second; });
+    if (!order.isAsGiven()) {
+        standing.resize(exchange.toRelease.size());
+        for (const std::size_t i : order) {
+            const auto [key, frame] = exchange.toRelease[i];
+            const auto place = findBeside(frame);
+            standing[i] = place != MotionCurve::end() && _toEditableIterator(place)->second == key;
+        }
+    }
+    return standing;
+}
+
 void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
-    const KeysIndexMap& toRelease = exchange.toRelease;
-    auto standing = _standing(toRelease);
-    std::size_t count = 0;
-    PrefetchAhead ahead(static_cast<std::size_t>(toRelease.size()), toRelease.cbegin(), toRelease.cend(),
-                        [](auto entry) { return entry.key(); });
-    for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry, ++count) {
+    const auto& toRelease = exchange.toRelease;
+    auto standing = _standing(exchange);
+    PrefetchAhead ahead(toRelease.size(), toRelease.cbegin(), toRelease.cend(),
+                        [](auto entry) { return entry->first; });
+    for (std::size_t& i = exchange.releaseTurns; i < toRelease.size();) {
         ahead.step();
+        const auto [key, frame] = toRelease[i];
         auto place = MotionCurve::end();
         if (standing.empty()) {
-            place = findBeside(entry.value());
-        } else if (standing[count]) {
-            place = findKey(*entry.key()->_record());
+            place = findBeside(frame);
+        } else if (standing[i]) {
+            place = findKey(*key->_record());
         }
         const auto position = _toEditableIterator(place);
-        const bool isThere = position != end() && position->second == entry.key();
+        const bool isThere = position != end() && position->second == key;
         const std::size_t before = revision();
         const bool isReleased = isThere && _release(position) != nullptr;
         if (!isReleased) {
-            exchange.left.remove(entry.key());
+            exchange.left.remove(key);
         }
-        ++exchange.releaseTurns;
+        ++i;
         if (revision() != before + (isReleased ? 1U : 0U)) {
             standing.clear(); // A slot changed what stands where.
         }
@@ -279,10 +280,10 @@ void EditableMotionCurve::_takeBack(const Exchange& exchange) {
             }
         }
     }
-    auto released = exchange.toRelease.cbegin();
-    for (int i = 0; i < exchange.releaseTurns; ++i, ++released) {
-        if (exchange.left.contains(released.key())) {
-            putBack(released.key(), released.value());
+    for (std::size_t i = 0; i < exchange.releaseTurns; ++i) {
+        const auto [key, frame] = exchange.toRelease[i];
+        if (exchange.left.contains(key)) {
+            putBack(key, frame);
         }
     }
     dropped.guard([&] { batch.end(); });
