@@ -6,7 +6,7 @@
 namespace ZT {
 
 /// Fewer keys than that are in the processor's caches or come from there soon enough.
-constexpr std::size_t worthPrefetching = 16384;
+constexpr std::size_t worthPrefetching = 4096;
 
 /// Has the processor fetch the memory of @p object, which will be read soon, and that of @p before bytes in
 /// front of it. No more than a hint, also for an address that is not valid.
