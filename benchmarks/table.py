@@ -100,7 +100,10 @@ def judge_row(rows, row, limits):
             yield limits.judge("ratio", ratio, TIMES_THE_FLOOR[row.n])
         if ratio is not None and tenth is not None and tenth.ratio() is not None:
             # The difference of two exponents, taken from ratios: these hardly change with the machine's speed.
-            yield limits.judge("exp above", math.log10(ratio / tenth.ratio()), ABOVE_THE_FLOORS_EXPONENT)
+            # A ratio below one counts as one. What stays below the floor has not outgrown it, and no row may
+            # become better by a slower library at a tenth of its size.
+            growth = math.log10(max(ratio, 1.0) / max(tenth.ratio(), 1.0))
+            yield limits.judge("exp above", growth, ABOVE_THE_FLOORS_EXPONENT)
     if row.operation.startswith(ONE_KEY):
         sizes = [n for operation, layout, n in rows if (operation, layout) == (row.operation, row.layout)]
         smallest = rows[(row.operation, row.layout, min(sizes))]

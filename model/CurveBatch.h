@@ -2,6 +2,7 @@
 
 #include "model/EditableMotionCurve.h"
 #include "model/FirstException.h"
+#include "model/KeyTrail.h"
 
 #include <utility>
 
@@ -57,11 +58,13 @@ public:
         , _previousGreater(previousGreater) {}
 
     void end() {
-        thrown.guard([&] { _curve.updateBezierAutoTangents(); });
+        thrown.guard([&] { _curve._updateBezierAutoTangents(trail); });
         _end();
         thrown.guard([&] { _curve._checkGreaterIndexChanged(_previousGreater); });
         thrown.rethrow();
     }
+
+    KeyTrail trail; ///< the moved keys, in the order of frames, where fetching them ahead is worth while
 
 private:
     EditableMotionCurve& _curve;

@@ -3,6 +3,7 @@
 #include "base/animation/CurveEvaluation.h"
 #include "model/EditableMotionCurveExceptions.h"
 #include "model/FirstException.h"
+#include "model/KeyTrail.h"
 #include "model/MetaTypes.h"
 #include "model/Prefetch.h"
 
@@ -148,15 +149,22 @@ bool EditableMotionCurve::deserialize(const boost::property_tree::ptree& tree) {
 }
 
 void EditableMotionCurve::updateBezierAutoTangents() {
+    KeyTrail none;
+    _updateBezierAutoTangents(none);
+}
+
+void EditableMotionCurve::_updateBezierAutoTangents(KeyTrail& trail) {
     using Placed = EditableMotionCurveKey::Placed;
     // A slot may move a key on and on: the pass ends where the curve ended at first.
     const unsigned int greatest = getGreaterIndex();
     Placed previous;
     FirstException thrown;
-    PrefetchAhead ahead(size(), begin(), end(), [](auto position) { return position->second; });
+    const bool isKnown = trail.size() > size() / 2;
+    PrefetchAhead ahead(isKnown ? 0 : size(), begin(), end(), [](auto position) { return position->second; });
     for (auto position = begin(); position != end() && position->first <= greatest;) {
-        ahead.step();
         const auto [frame, key] = *position;
+        ahead.step();
+        trail.follow(key);
         const Placed next = ++position != end() ? Placed(*position) : Placed();
         const std::size_t before = revision();
         thrown.guard([&, frame = frame, key = key] {

@@ -23,6 +23,7 @@ namespace ZT {
 
 class EditableAnimationLayer;
 class FrameOrder;
+class KeyTrail;
 
 /// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every
 /// key is an EditableMotionCurveKey.
@@ -366,6 +367,7 @@ private:
     void _restoreEach(const Saved& saved, Restore restore);
     template <class Keys, class Action>
     void _editEach(const Keys& keys, Action action);
+    void _updateBezierAutoTangents(KeyTrail& trail);
     void _checkGreaterIndexChanged(unsigned int previousGreater);
 
     EditableAnimationLayer* _parentLayer = nullptr;

@@ -30,10 +30,15 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
 }
 
 // Where keys no longer fit into the processor's caches, a move spends most of its time waiting for memory.
-// Keys are fetched some moves ahead, and their map nodes, which only the keys know, a little later.
+// Moves, which stand in the order of addresses, are fetched some turns ahead, the keys that they name a little
+// later, and then the map nodes, which only the keys know.
 void EditableMotionCurve::_fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const {
+    constexpr std::size_t moveDistance = 24;
     constexpr std::size_t keyDistance = 16;
     constexpr std::size_t nodeDistance = 8;
+    if (i + moveDistance < order.size()) {
+        prefetch(&moves[order[i + moveDistance]]);
+    }
     if (i + keyDistance < order.size()) {
         prefetch(moves[order[i + keyDistance]].first);
     }
@@ -54,19 +59,28 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
     }
     FrameOrder order(moves, [](const auto& move) { return index(move.first); });
     const auto& [first, firstTarget] = moves[*order.begin()];
-    if (index(first) < frameFromPosition(firstTarget.x())) {
+    const bool isBackwards = index(first) < frameFromPosition(firstTarget.x());
+    if (isBackwards) {
         order.reverse();
     }
+    const bool isLarge = order.size() >= worthPrefetching;
+    batch.trail.reserve(isLarge ? order.size() : 0);
     for (std::size_t i = 0; i < order.size(); ++i) {
-        if (order.size() >= worthPrefetching) {
+        if (isLarge) {
             _fetchAhead(moves, order, i);
         }
         EditableMotionCurveKey* const key = moves[order[i]].first;
         const QPointF target = moves[order[i]].second;
         if (_edits(key)) {
+            if (isLarge && isHere(key->_placement())) {
+                batch.trail.note(key, key->_placement().position); // The element stays the same one.
+            }
             batch.thrown.guard([&] { key->setValue(VQ::Math::toFloat(target.y())); });
             batch.thrown.guard([&] { _translate(key, frameFromPosition(target.x())); });
         }
+    }
+    if (isBackwards) {
+        batch.trail.reverse();
     }
     batch.end();
 }
