@@ -30,8 +30,8 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
 }
 
 // Where keys no longer fit into the processor's caches, a move spends most of its time waiting for memory.
-// Moves, which stand in the order of addresses, are fetched some turns ahead, the keys that they name a little
-// later, and then the map nodes, which only the keys know.
+// Moves, which stand in the order of addresses, are fetched some turns ahead, the keys that they name a
+// little later, and then the map nodes, which only the keys know.
 void EditableMotionCurve::_fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const {
     constexpr std::size_t moveDistance = 24;
     constexpr std::size_t keyDistance = 16;
