@@ -100,9 +100,9 @@ def judge_row(rows, row, limits):
             yield limits.judge("ratio", ratio, TIMES_THE_FLOOR[row.n])
         if ratio is not None and tenth is not None and tenth.ratio() is not None:
             # The difference of two exponents, taken from ratios: these hardly change with the machine's speed.
-            # A ratio below one counts as one. What stays below the floor has not outgrown it, and no row may
-            # become better by a slower library at a tenth of its size.
-            growth = math.log10(max(ratio, 1.0) / max(tenth.ratio(), 1.0))
+            # What is no slower than the floor has not outgrown it: no row may become better by a slower library at
+            # a tenth of its size.
+            growth = math.log10(ratio / tenth.ratio()) if ratio > 1.0 else 0.0
             yield limits.judge("exp above", growth, ABOVE_THE_FLOORS_EXPONENT)
     if row.operation.startswith(ONE_KEY):
         sizes = [n for operation, layout, n in rows if (operation, layout) == (row.operation, row.layout)]
@@ -161,7 +161,7 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     limits = Limits()
     rows = read_rows(folder)
-    alone = [row.operation for row in rows.values() if row.operation.startswith(WHOLE_CURVE) and row.ratio() is None]
+    alone = [row.operation for row in rows.values() if row.operation.startswith(WHOLE_CURVE + XML) and row.ratio() is None]
     if not rows or alone:
         sys.exit(f"no floor for: {', '.join(alone)}" if alone else "no row matches")
     print_rows(rows, limits)

@@ -64,7 +64,7 @@ public:
         thrown.rethrow();
     }
 
-    KeyTrail trail; ///< the moved keys, in the order of frames, where fetching them ahead is worth while
+    KeyTrail trail; ///< the keys of a walk in the order of frames; empty if there was none or few keys
 
 private:
     EditableMotionCurve& _curve;

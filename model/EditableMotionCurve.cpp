@@ -159,12 +159,16 @@ void EditableMotionCurve::_updateBezierAutoTangents(KeyTrail& trail) {
     const unsigned int greatest = getGreaterIndex();
     Placed previous;
     FirstException thrown;
-    const bool isKnown = trail.size() > size() / 2;
-    PrefetchAhead ahead(isKnown ? 0 : size(), begin(), end(), [](auto position) { return position->second; });
+    // Otherwise the map itself is walked ahead.
+    const bool hasTrail = trail.size() > size() / 2;
+    PrefetchAhead ahead(hasTrail ? 0 : size(), begin(), end(),
+                        [](auto position) { return position->second; });
     for (auto position = begin(); position != end() && position->first <= greatest;) {
         const auto [frame, key] = *position;
         ahead.step();
-        trail.follow(key);
+        if (hasTrail) {
+            trail.follow(key);
+        }
         const Placed next = ++position != end() ? Placed(*position) : Placed();
         const std::size_t before = revision();
         thrown.guard([&, frame = frame, key = key] {

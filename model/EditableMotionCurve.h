@@ -166,6 +166,9 @@ public:
 
     /// The given key, which must be alive, or end(); never throws. O(1).
     iterator _find(const ZT::EditableMotionCurveKey* key) {
+        if (key != nullptr && isHere(key->_placement())) {
+            return _toEditableIterator(VQ::Animation::MotionCurve::iterator(key->_placement().position));
+        }
         return _toEditableIterator(key != nullptr ? findKey(*key->_record()) : MotionCurve::end());
     }
     const_iterator _find(const ZT::EditableMotionCurveKey* key) const {
@@ -354,7 +357,9 @@ private:
     void _insertKeys(Exchange& exchange);
     static bool _isHeld(const EditableMotionCurveKey& key);
     bool _place(Placement& placement, Batch& batch);
-    void _fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const;
+    template <class Items, class KeyOf>
+    void _fetchAhead(const Items& items, const FrameOrder& order, std::size_t i, KeyOf keyOf) const;
+    void _note(const EditableMotionCurveKey& key, KeyTrail& trail) const noexcept;
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);

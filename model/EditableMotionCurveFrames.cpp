@@ -29,24 +29,35 @@ void EditableMotionCurve::moveKeys(const KeyPosMap& keysPos) {
     _moveKeys(moves);
 }
 
-// Where keys no longer fit into the processor's caches, a move spends most of its time waiting for memory.
-// Moves, which stand in the order of addresses, are fetched some turns ahead, the keys that they name a
-// little later, and then the map nodes, which only the keys know.
-void EditableMotionCurve::_fetchAhead(const KeyMoves& moves, const FrameOrder& order, std::size_t i) const {
-    constexpr std::size_t moveDistance = 24;
+// Where keys no longer fit into the processor's caches, a walk over them spends most of its time waiting for
+// memory. Items, which stand in the order of addresses, are fetched some turns ahead, the keys that they name
+// a little later, and then the map nodes, which only the keys know.
+template <class Items, class KeyOf>
+void EditableMotionCurve::_fetchAhead(const Items& items, const FrameOrder& order, std::size_t i,
+                                      KeyOf keyOf) const {
+    constexpr std::size_t itemDistance = 24;
     constexpr std::size_t keyDistance = 16;
     constexpr std::size_t nodeDistance = 8;
-    if (i + moveDistance < order.size()) {
-        prefetch(&moves[order[i + moveDistance]]);
+    if (order.size() < worthPrefetching) {
+        return;
+    }
+    if (i + itemDistance < order.size()) {
+        prefetch(&items[order[i + itemDistance]]);
     }
     if (i + keyDistance < order.size()) {
-        prefetch(moves[order[i + keyDistance]].first);
+        prefetch(keyOf(items[order[i + keyDistance]]));
     }
     if (i + nodeDistance < order.size()) {
-        const EditableMotionCurveKey* const key = moves[order[i + nodeDistance]].first;
+        const EditableMotionCurveKey* const key = keyOf(items[order[i + nodeDistance]]);
         if (_edits(key) && isHere(key->_placement())) {
             prefetchNode(key->_placement().position);
         }
+    }
+}
+
+void EditableMotionCurve::_note(const EditableMotionCurveKey& key, KeyTrail& trail) const noexcept {
+    if (isHere(key._placement())) {
+        trail.note(&key, key._placement().position);
     }
 }
 
@@ -63,18 +74,13 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
     if (isBackwards) {
         order.reverse();
     }
-    const bool isLarge = order.size() >= worthPrefetching;
-    batch.trail.reserve(isLarge ? order.size() : 0);
+    batch.trail.expect(order.size());
     for (std::size_t i = 0; i < order.size(); ++i) {
-        if (isLarge) {
-            _fetchAhead(moves, order, i);
-        }
+        _fetchAhead(moves, order, i, [](const auto& move) { return move.first; });
         EditableMotionCurveKey* const key = moves[order[i]].first;
         const QPointF target = moves[order[i]].second;
         if (_edits(key)) {
-            if (isLarge && isHere(key->_placement())) {
-                batch.trail.note(key, key->_placement().position); // The element stays the same one.
-            }
+            _note(*key, batch.trail);
             batch.thrown.guard([&] { key->setValue(VQ::Math::toFloat(target.y())); });
             batch.thrown.guard([&] { _translate(key, frameFromPosition(target.x())); });
         }
@@ -100,10 +106,13 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     failure.failedKeys.reserve(placements.size());
     // Neighbours leave one after the other: taking nodes out of a tree here and there is slow.
     const FrameOrder order(placements, [](const Placement& each) { return index(each.key); });
-    for (const std::size_t position : order) {
-        Placement& placement = placements[position];
-        if (!placement.isNewcomer) {
-            placement.detached = detach(findKey(*placement.key->_record()));
+    batch.trail.expect(order.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        _fetchAhead(placements, order, i, [](const Placement& each) { return each.key; });
+        Placement& placement = placements[order[i]];
+        if (_holds(placement.key)) { // Neither a newcomer nor a key that the map names twice.
+            _note(*placement.key, batch.trail);
+            placement.detached = detach(_find(placement.key).base());
         }
     }
 
@@ -181,7 +190,18 @@ struct EditableMotionCurve::Exchange {
         steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
     }
 
-    std::vector<std::pair<EditableMotionCurveKey*, Index>> toRelease; ///< walked faster than a map
+    // A map may name a key twice.
+    void leaveOut(EditableMotionCurveKey* key, Index frame) {
+        auto entry = left.find(key);
+        while (entry != left.end() && entry.key() == key && entry.value() != frame) {
+            ++entry;
+        }
+        if (entry != left.end() && entry.key() == key) {
+            left.erase(entry);
+        }
+    }
+
+    std::vector<std::pair<EditableMotionCurveKey*, Index>> toRelease; ///< walked up to three times
     const KeysIndexMap toInsert;
     KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
     std::size_t releaseTurns = 0;
@@ -232,7 +252,7 @@ void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
     auto standing = _standing(exchange);
     PrefetchAhead ahead(toRelease.size(), toRelease.cbegin(), toRelease.cend(),
                         [](auto entry) { return entry->first; });
-    for (std::size_t& i = exchange.releaseTurns; i < toRelease.size();) {
+    for (std::size_t& i = exchange.releaseTurns; i < toRelease.size(); ++i) {
         ahead.step();
         const auto [key, frame] = toRelease[i];
         auto place = MotionCurve::end();
@@ -246,9 +266,8 @@ void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
         const std::size_t before = revision();
         const bool isReleased = isThere && _release(position) != nullptr;
         if (!isReleased) {
-            exchange.left.remove(key);
+            exchange.leaveOut(key, frame);
         }
-        ++i;
         if (revision() != before + (isReleased ? 1U : 0U)) {
             standing.clear(); // A slot changed what stands where.
         }

@@ -15,20 +15,25 @@ class EditableMotionCurveKey;
 /// addresses that are never read: keys on it may be dead by then.
 class KeyTrail {
 public:
-    void reserve(std::size_t count) { _steps.reserve(count); }
+    /// Makes room for the keys of a walk, where fetching so many ahead is worth while. May throw; afterwards
+    /// nothing does.
+    void expect(std::size_t count) { _steps.reserve(count < worthPrefetching ? 0 : count); }
 
-    /// The walk came to @p key, whose element in the map is @p node.
+    /// The walk came to @p key, whose element in the map is at @p position. Without room it goes unnoted.
     template <class Position>
-    void note(const EditableMotionCurveKey* key, Position node) {
-        _steps.push_back({key, &*node});
+    void note(const EditableMotionCurveKey* key, Position position) noexcept {
+        if (_steps.size() < _steps.capacity()) {
+            _steps.push_back({key, &*position});
+        }
     }
 
     /// For a walk in the other direction.
-    void reverse() { std::reverse(_steps.begin(), _steps.end()); }
+    void reverse() noexcept { std::reverse(_steps.begin(), _steps.end()); }
 
     std::size_t size() const noexcept { return _steps.size(); }
 
-    /// The walk is at @p key. Fetches what comes next, if the trail leads there.
+    /// The walk is at @p key. Fetches what comes next; gives up for good where the walk never meets the key
+    /// that the trail expects.
     template <class Key>
     void follow(const Key* key) noexcept {
         if (_next == _steps.size() || _steps[_next].key != key) {
@@ -38,7 +43,7 @@ public:
         if (_next + distance < _steps.size()) {
             const auto& [coming, element] = _steps[_next + distance];
             prefetch(static_cast<const Key*>(coming));
-            prefetch(static_cast<const char*>(element), 4 * sizeof(void*));
+            prefetch(static_cast<const char*>(element), nodeLinks);
         }
     }
 
