@@ -31,6 +31,17 @@ private Q_SLOTS:
         QCOMPARE(c.layout(), QString("a@3 b@8"));
     }
 
+    void aKeyNamedTwiceIsGivenBackAtTheFrameWhereItStood() {
+        LetteredCurve c({3, 8});
+        const std::unique_ptr<EditableMotionCurveKey> gone(c[0]);
+        QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
+        twice.insert(c[0], 3);
+        twice.insert(c[0], 99); // Walked first.
+        QCOMPARE(c.curve.releaseAndInsertKeys(twice, {}), (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
+        QCOMPARE(gone->getParentCurve(), nullptr);
+        QCOMPARE(c.layout(), QString("b@8"));
+    }
+
     void aDisplacedKeyIsGivenBackWithItsFrame() {
         LetteredCurve c({3});
         const std::unique_ptr<EditableMotionCurveKey> displaced(c[0]);

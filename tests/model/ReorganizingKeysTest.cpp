@@ -28,6 +28,16 @@ private Q_SLOTS:
         QCOMPARE(c.recorder.take(), QString("a.indexChanged(3), curve.keysChanged()"));
     }
 
+    void ofAKeyNamedTwiceTheFirstEntryPlacesIt() {
+        LetteredCurve c({3, 8});
+        QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
+        twice.insert(c[0], 7);
+        twice.insert(c[0], 5); // Walked first.
+        c.curve.reorganizeKeys(twice);
+        QCOMPARE(c.layout(), QString("a@5 b@8"));
+        QCOMPARE(c.recorder.take(), QString("a.indexChanged(5), curve.keysChanged()"));
+    }
+
     void namedKeysHaveLeftBeforeTheFirstIsPlaced() {
         LetteredCurve c({1, 2, 3});
         bool wasFree = false;
