@@ -23,12 +23,16 @@ template <class T>
 void prefetch(const T* object, std::size_t before = 0) noexcept {
 #if defined(__GNUC__)
     // Numbers, since there is no arithmetic with the address of what may be gone.
+    const auto fetch = [](std::uintptr_t address) {
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): it is not read
+        __builtin_prefetch(reinterpret_cast<const void*>(address));
+    };
     constexpr std::uintptr_t line = 64;
     const auto begin = reinterpret_cast<std::uintptr_t>(object);
     for (std::uintptr_t address = begin - before; address < begin + sizeof(T); address += line) {
-        __builtin_prefetch(reinterpret_cast<const char*>(address));
+        fetch(address);
     }
-    __builtin_prefetch(reinterpret_cast<const char*>(begin + sizeof(T) - 1));
+    fetch(begin + sizeof(T) - 1);
 #else
     static_cast<void>(object);
     static_cast<void>(before);
