@@ -161,7 +161,8 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     limits = Limits()
     rows = read_rows(folder)
-    alone = [row.operation for row in rows.values() if row.operation.startswith(WHOLE_CURVE + XML) and row.ratio() is None]
+    paired = [row for row in rows.values() if row.operation.startswith(WHOLE_CURVE + XML)]
+    alone = [row.operation for row in paired if row.ratio() is None]
     if not rows or alone:
         sys.exit(f"no floor for: {', '.join(alone)}" if alone else "no row matches")
     print_rows(rows, limits)

@@ -190,13 +190,14 @@ struct EditableMotionCurve::Exchange {
         steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
     }
 
-    // A map may name a key twice.
+    // With the frame, since a map may name a key twice.
+    bool hasLeft(EditableMotionCurveKey* key, Index frame) const {
+        const auto [first, last] = left.equal_range(key);
+        return std::find(first, last, frame) != last;
+    }
     void leaveOut(EditableMotionCurveKey* key, Index frame) {
-        auto entry = left.find(key);
-        while (entry != left.end() && entry.key() == key && entry.value() != frame) {
-            ++entry;
-        }
-        if (entry != left.end() && entry.key() == key) {
+        const auto [first, last] = left.equal_range(key);
+        if (const auto entry = std::find(first, last, frame); entry != last) {
             left.erase(entry);
         }
     }
@@ -315,7 +316,7 @@ void EditableMotionCurve::_takeBack(const Exchange& exchange) {
     }
     for (std::size_t i = 0; i < exchange.releaseTurns; ++i) {
         const auto [key, frame] = exchange.toRelease[i];
-        if (exchange.left.contains(key)) {
+        if (exchange.hasLeft(key, frame)) {
             putBack(key, frame);
         }
     }

@@ -24,7 +24,7 @@ void prefetch(const T* object, std::size_t before = 0) noexcept {
 #if defined(__GNUC__)
     // Numbers, since there is no arithmetic with the address of what may be gone.
     const auto fetch = [](std::uintptr_t address) {
-        // NOLINTNEXTLINE(performance-no-int-to-ptr): it is not read
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): a hint, never read, so nothing is there to optimize
         __builtin_prefetch(reinterpret_cast<const void*>(address));
     };
     constexpr std::uintptr_t line = 64;
