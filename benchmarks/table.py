@@ -26,8 +26,8 @@ TIMES_BOOST = 2.0
 
 # A key takes at most so many times the floor's heap.
 TIMES_THE_FLOORS_HEAP = 1.15
-# A drag's later steps add at most this part of what is in use after its first one.
-DRAG_MEMORY_GROWTH = 0.01
+# The steps of a drag from the third on add at most so many bytes together.
+DRAG_MEMORY_GROWTH = 4096
 
 PROGRAMS = ("floor", "curve", "commands", "evaluation", "captures", "animation")
 FLOOR_PREFIX = "floor: "  # marks a row of a library program that measures what its namesake is compared with
@@ -150,8 +150,8 @@ def print_memory(folder, limits):
             print_line(name, "frame order", n, (text_of(figure, 1), text_of(floor[name][n], 1), text_of(ratio, 2)),
                        judgements)
     steps = library["heap bytes after drag steps"]
-    first, last = (steps[step] for step in sorted(steps, key=int))
-    judgement = limits.judge("of the first", last / first, 1.0 + DRAG_MEMORY_GROWTH)
+    _, merged, last = (steps[step] for step in sorted(steps, key=int))
+    judgement = limits.judge("bytes more", last - merged, DRAG_MEMORY_GROWTH)
     for step, figure in steps.items():
         print_line(f"heap bytes after {step} drag steps", "frame order", 10000, (figure, "", ""),
                    [judgement] if figure is last else [])

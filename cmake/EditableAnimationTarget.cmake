@@ -29,6 +29,8 @@ function(ea_library floor prefix)
   add_library(${target} ${ARGN})
   add_library(EditableAnimation::${floor} ALIAS ${target})
   ea_configure(${target})
+  # Nobody replaces the library's functions by others of the same names, so that they may call each other directly.
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition)
   generate_export_header(${target}
     BASE_NAME ${prefix}
     EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)

@@ -354,6 +354,9 @@ private:
     iterator _takeIn(Index frame, ZT::EditableMotionCurveKey* key);
     void _takeBack(const Exchange& exchange);
     void _releaseKeys(Exchange& exchange);
+    void _releaseScatteredKeys(Exchange& exchange);
+    bool _releaseKey(Exchange& exchange, EditableMotionCurveKey* key, Index frame,
+                     MotionCurve::iterator place);
     void _insertKeys(Exchange& exchange);
     static bool _isHeld(const EditableMotionCurveKey& key);
     bool _place(Placement& placement, Batch& batch);
@@ -363,7 +366,6 @@ private:
     bool _translate(ZT::EditableMotionCurveKey* key, Index target);
     iterator _announceLeaving(iterator position);
     void _remove(iterator position);
-    std::vector<bool> _standing(const Exchange& exchange);
     ZT::EditableMotionCurveKey* _release(iterator position);
     bool _edits(const EditableMotionCurveKey* key) const noexcept {
         return key != nullptr && key->getParentCurve() == this;

@@ -179,14 +179,11 @@ struct EditableMotionCurve::Exchange {
         bool hasEntered;
     };
 
-    Exchange(const KeysIndexMap& keysToRelease, KeysIndexMap keysToInsert, Index greatest)
-        : toInsert(std::move(keysToInsert))
-        , left(keysToRelease)
+    Exchange(KeysIndexMap keysToRelease, KeysIndexMap keysToInsert, Index greatest)
+        : toRelease(std::move(keysToRelease))
+        , toInsert(std::move(keysToInsert))
+        , left(toRelease)
         , announcedGreatest(greatest) {
-        toRelease.reserve(static_cast<std::size_t>(keysToRelease.size()));
-        for (auto entry = keysToRelease.cbegin(); entry != keysToRelease.cend(); ++entry) {
-            toRelease.emplace_back(entry.key(), entry.value());
-        }
         steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
     }
 
@@ -202,10 +199,10 @@ struct EditableMotionCurve::Exchange {
         }
     }
 
-    std::vector<std::pair<EditableMotionCurveKey*, Index>> toRelease; ///< walked up to three times
+    const KeysIndexMap toRelease;
     const KeysIndexMap toInsert;
     KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
-    std::size_t releaseTurns = 0;
+    int releaseTurns = 0;
     std::vector<Step> steps;
     Index announcedGreatest; ///< what listeners take for the greatest frame
 };
@@ -231,48 +228,64 @@ EditableMotionCurve::KeysIndexMap EditableMotionCurve::releaseAndInsertKeys(cons
     }
 }
 
-// Which of the keys to release stand at their frames. Empty where they come in the order of frames: otherwise
-// one walk over the curve takes the place of a search for each key. Keys are compared but not read: one that
-// has left may be dead.
-std::vector<bool> EditableMotionCurve::_standing(const Exchange& exchange) {
-    std::vector<bool> standing;
-    const FrameOrder order(exchange.toRelease, [](const auto& entry) { return entry.second; });
-    if (!order.isAsGiven()) {
-        standing.resize(exchange.toRelease.size());
-        for (const std::size_t i : order) {
-            const auto [key, frame] = exchange.toRelease[i];
-            const auto place = findBeside(frame);
-            standing[i] = place != MotionCurve::end() && _toEditableIterator(place)->second == key;
-        }
+void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
+    const KeysIndexMap& toRelease = exchange.toRelease;
+    if (!std::is_sorted(toRelease.cbegin(), toRelease.cend())) {
+        _releaseScatteredKeys(exchange);
+        return;
     }
-    return standing;
+    PrefetchAhead ahead(static_cast<std::size_t>(toRelease.size()), toRelease.cbegin(), toRelease.cend(),
+                        [](auto entry) { return entry.key(); });
+    for (auto entry = toRelease.cbegin(); entry != toRelease.cend(); ++entry) {
+        ahead.step();
+        _releaseKey(exchange, entry.key(), entry.value(), findBeside(entry.value()));
+    }
 }
 
-void EditableMotionCurve::_releaseKeys(Exchange& exchange) {
-    const auto& toRelease = exchange.toRelease;
-    auto standing = _standing(exchange);
-    PrefetchAhead ahead(toRelease.size(), toRelease.cbegin(), toRelease.cend(),
-                        [](auto entry) { return entry->first; });
-    for (std::size_t& i = exchange.releaseTurns; i < toRelease.size(); ++i) {
-        ahead.step();
-        const auto [key, frame] = toRelease[i];
+// One walk over the curve takes the place of a search for each key, and a list that of a map whose nodes lie
+// anywhere. Keys are compared but not read: one that has left may be dead.
+void EditableMotionCurve::_releaseScatteredKeys(Exchange& exchange) {
+    constexpr std::size_t keyDistance = 16;
+    constexpr std::size_t nodeDistance = 8;
+    const std::vector<std::pair<EditableMotionCurveKey*, Index>> entries(
+        exchange.toRelease.constKeyValueBegin(), exchange.toRelease.constKeyValueEnd());
+    std::vector<bool> standing(entries.size());
+    for (const std::size_t i : FrameOrder(entries, [](const auto& entry) { return entry.second; })) {
+        const auto [key, frame] = entries[i];
+        const auto place = findBeside(frame);
+        standing[i] = place != MotionCurve::end() && _toEditableIterator(place)->second == key;
+    }
+    bool isAsItWas = true; // but for what leaves here
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        if (isAsItWas && i + keyDistance < entries.size() && entries.size() >= worthPrefetching) {
+            prefetch(entries[i + keyDistance].first);
+            if (standing[i + nodeDistance]) {
+                prefetchNode(entries[i + nodeDistance].first->_placement().position);
+            }
+        }
+        const auto [key, frame] = entries[i];
         auto place = MotionCurve::end();
-        if (standing.empty()) {
+        if (!isAsItWas) {
             place = findBeside(frame);
         } else if (standing[i]) {
             place = findKey(*key->_record());
         }
-        const auto position = _toEditableIterator(place);
-        const bool isThere = position != end() && position->second == key;
         const std::size_t before = revision();
-        const bool isReleased = isThere && _release(position) != nullptr;
-        if (!isReleased) {
-            exchange.leaveOut(key, frame);
-        }
-        if (revision() != before + (isReleased ? 1U : 0U)) {
-            standing.clear(); // A slot changed what stands where.
-        }
+        const bool isReleased = _releaseKey(exchange, key, frame, place);
+        isAsItWas = isAsItWas && revision() == before + (isReleased ? 1U : 0U);
     }
+}
+
+// One turn: whether the key stands at place, and was released.
+bool EditableMotionCurve::_releaseKey(Exchange& exchange, EditableMotionCurveKey* key, Index frame,
+                                      MotionCurve::iterator place) {
+    const auto position = _toEditableIterator(place);
+    const bool isReleased = position != end() && position->second == key && _release(position) != nullptr;
+    if (!isReleased) {
+        exchange.leaveOut(key, frame);
+    }
+    ++exchange.releaseTurns;
+    return isReleased;
 }
 
 void EditableMotionCurve::_insertKeys(Exchange& exchange) {
@@ -314,10 +327,10 @@ void EditableMotionCurve::_takeBack(const Exchange& exchange) {
             }
         }
     }
-    for (std::size_t i = 0; i < exchange.releaseTurns; ++i) {
-        const auto [key, frame] = exchange.toRelease[i];
-        if (exchange.hasLeft(key, frame)) {
-            putBack(key, frame);
+    auto entry = exchange.toRelease.cbegin();
+    for (int i = 0; i < exchange.releaseTurns; ++i, ++entry) {
+        if (exchange.hasLeft(entry.key(), entry.value())) {
+            putBack(entry.key(), entry.value());
         }
     }
     dropped.guard([&] { batch.end(); });

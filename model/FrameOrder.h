@@ -18,20 +18,18 @@ public:
     FrameOrder(const Items& items, FrameOf frameOf) {
         _numbers.reserve(static_cast<std::size_t>(items.size()));
         std::uint64_t last = 0;
+        bool isInOrder = true;
         for (const auto& item : items) {
             const std::uint64_t frame = frameOf(item);
             const std::uint64_t number = frame << 32U | _numbers.size();
-            _isAsGiven = _isAsGiven && last <= number;
+            isInOrder = isInOrder && last <= number;
             last = number;
             _numbers.push_back(number);
         }
-        if (!_isAsGiven) {
+        if (!isInOrder) {
             _sort();
         }
     }
-
-    /// Whether the items came in this order.
-    bool isAsGiven() const noexcept { return _isAsGiven; }
 
     void reverse() noexcept;
 
@@ -58,7 +56,6 @@ public:
 private:
     void _sort();
 
-    bool _isAsGiven = true;
     std::vector<std::uint64_t> _numbers; ///< an item's frame in the upper half, its position in the lower
 };
 

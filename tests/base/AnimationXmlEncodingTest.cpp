@@ -238,6 +238,26 @@ private slots:
         QCOMPARE(stream.str(), std::string());
     }
 
+    void namesOfElementsAndAttributesThatNoFileCanHoldAreRefusedToo() {
+        boost::property_tree::ptree element;
+        element.push_back({"l\x01", {}});
+        boost::property_tree::ptree attribute;
+        attribute.push_back({"<xmlattr>", {}});
+        attribute.front().second.push_back({"\xff", {}});
+        const auto problemOfWriting = [](const boost::property_tree::ptree& tree) {
+            std::ostringstream stream;
+            try {
+                VQ::Animation::writeAnimationXml(stream, tree);
+            } catch (const std::runtime_error& error) {
+                return QString(error.what());
+            }
+            return QString();
+        };
+        QCOMPARE(problemOfWriting(element),
+                 "an element's name holds the character U+0001, which XML cannot hold");
+        QCOMPARE(problemOfWriting(attribute), "an attribute's name holds the byte 0xFF, which is not UTF-8");
+    }
+
     // A tree is no text: what it holds is kept as it is.
     void treesKeepNamesOfAnyBytes() {
         const Animation animation = named(std::string("\xff\0\r", 3));

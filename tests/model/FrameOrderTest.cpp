@@ -45,13 +45,6 @@ class FrameOrderTest : public QObject {
 private slots:
     void anEmptyListHasNoPositions() { QVERIFY(positions(orderOf(std::vector<Item>())).empty()); }
 
-    void aListFromFrameZeroOnIsAsGiven() {
-        QVERIFY(orderOf(std::vector<Item>()).isAsGiven());
-        QVERIFY(orderOf(std::vector<Item>{{0}}).isAsGiven());
-        QVERIFY(orderOf(std::vector<Item>{{0}, {0}, {1}}).isAsGiven());
-        QVERIFY(!orderOf(std::vector<Item>{{1}, {0}}).isAsGiven());
-    }
-
     void anOrderedListKeepsItsOrder() {
         QVERIFY((positions(orderOf(std::vector<Item>{{3}, {3}, {8}})) == std::vector<std::size_t>{0, 1, 2}));
     }

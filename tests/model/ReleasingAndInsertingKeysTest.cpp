@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <stdexcept>
 
 using ZT::EditableMotionCurve;
 using ZT::EditableMotionCurveKey;
@@ -40,6 +41,18 @@ private Q_SLOTS:
         QCOMPARE(c.curve.releaseAndInsertKeys(twice, {}), (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
         QCOMPARE(gone->getParentCurve(), nullptr);
         QCOMPARE(c.layout(), QString("b@8"));
+    }
+
+    void aKeyNamedTwiceIsTakenBackToTheFrameWhereItStood() {
+        LetteredCurve c({3, 8});
+        QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
+        twice.insert(c[0], 99);
+        twice.insert(c[0], 3);
+        twice.insert(c[0], 3);
+        twice.insert(c[0], 42);
+        QObject::connect(&c.curve, &EditableMotionCurve::keysChanged, [] { throw std::runtime_error("no"); });
+        QVERIFY_EXCEPTION_THROWN(c.curve.releaseAndInsertKeys(twice, {}), std::runtime_error);
+        QCOMPARE(c.layout(), QString("a@3 b@8"));
     }
 
     void aDisplacedKeyIsGivenBackWithItsFrame() {
