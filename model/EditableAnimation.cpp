@@ -91,6 +91,16 @@ EditableAnimation::iterator EditableAnimation::erase(iterator pPosition) {
     return _toEditableIterator(Animation::erase(pPosition.base()));
 }
 
+std::unique_ptr<EditableAnimationLayer> EditableAnimation::release(iterator position) {
+    if (position == end()) {
+        return nullptr;
+    }
+    VQ::Animation::AnimationLayer* const record = Animation::release(position.base()).release();
+    std::unique_ptr<EditableAnimationLayer> layer(EditableAnimationLayer::_toEditable(*record));
+    _disconnectLayer(layer.get());
+    return layer;
+}
+
 void EditableAnimation::clear() {
     Animation::clear();
 }

@@ -9,6 +9,8 @@
 
 #include <boost/iterator/transform_iterator.hpp>
 
+#include <memory>
+
 namespace ZT {
 
 class AnimationMarkers;
@@ -75,6 +77,10 @@ public:
 
     /// The greatest frame that holds a key in any layer; 0 without keys. O(layers).
     unsigned int getGreaterIndex() const;
+
+    /// Takes the layer out of the list, with its curve and keys as they are, and gives it to the caller; null
+    /// at end(). It speaks to this animation no more. Emits nothing.
+    std::unique_ptr<EditableAnimationLayer> release(iterator position);
 
     /// A new layer connected to this animation but not in its list; belongs to the caller.
     VQ::Animation::AnimationLayer* createLayer() const override;

@@ -73,8 +73,12 @@ void Animation::push_back(AnimationLayer* layer) {
 Animation::iterator Animation::erase(iterator position) {
     // The layer leaves the list before it dies: whoever watches its end finds the animation without it.
     const auto offset = position - begin();
-    const auto dying = _layers.release(position);
+    const auto dying = release(position);
     return begin() + offset;
+}
+
+std::unique_ptr<AnimationLayer> Animation::release(iterator position) {
+    return std::unique_ptr<AnimationLayer>(position == end() ? nullptr : _layers.release(position).release());
 }
 
 void Animation::clear() noexcept {

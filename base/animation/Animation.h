@@ -7,6 +7,7 @@
 #include <boost/ptr_container/ptr_vector.hpp>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 
 namespace VQ::Animation {
@@ -45,6 +46,8 @@ public:
     void push_back(AnimationLayer* layer);
     /// Removes and deletes the layer; returns the iterator behind it.
     iterator erase(iterator position);
+    /// Takes the layer out of the list and gives it to the caller; null at end().
+    std::unique_ptr<AnimationLayer> release(iterator position);
     /// Removes and deletes all layers.
     void clear() noexcept;
 

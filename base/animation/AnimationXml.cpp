@@ -100,11 +100,12 @@ std::string problemWithTexts(const Tree& element) {
 // much as writing it. The element is written as that function would write it.
 //
 // The file's text is checked rather than the tree's: a second walk over a large tree costs nearly as much as
-// the first. Markup between the texts keeps the halves of a character apart, and escaping changes no byte
-// that XML cannot hold.
+// the first. In what serialize() makes there is markup between any two texts, so that halves of a character
+// stay apart; and escaping changes no byte that XML cannot hold.
 void writeAnimationXml(std::ostream& stream, const Tree& animation) {
     const auto settings = PropertyTree::xml_writer_make_settings<std::string>(' ', 2);
     std::ostringstream document;
+    document.exceptions(std::ios::badbit); // Otherwise a text that memory is too short for would be cut off.
     document << "<?xml version=\"1.0\" encoding=\"" << settings.encoding << "\"?>\n";
     PropertyTree::xml_parser::write_xml_element(document, std::string("animation"), animation, 0, settings);
     const std::string text = document.str();

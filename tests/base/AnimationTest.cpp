@@ -131,6 +131,19 @@ private slots:
         QCOMPARE(CountedLayer::alive(), 2);
     }
 
+    void releasingGivesTheLayerToTheCaller() {
+        Animation animation;
+        fill(animation);
+        const int count = CountedLayer::alive();
+        auto layer = animation.release(animation.begin() + 1);
+        QCOMPARE(layer->actuatorName, std::string("b"));
+        QCOMPARE(namesOf(animation), QString("a c b"));
+        QCOMPARE(CountedLayer::alive(), count);
+        QVERIFY(animation.release(animation.end()) == nullptr);
+        layer.reset();
+        QCOMPARE(CountedLayer::alive(), count - 1);
+    }
+
     void clearingDeletesEveryLayer() {
         Animation animation;
         fill(animation);

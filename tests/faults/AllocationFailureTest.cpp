@@ -1,6 +1,7 @@
 #include "tests/faults/AllocationFailure.h"
 
 #include "base/animation/Animation.h"
+#include "base/animation/AnimationXml.h"
 #include "tests/faults/FaultOperations.h"
 #include "tests/support/Snapshot.h"
 
@@ -11,6 +12,8 @@
 #include <functional>
 #include <memory>
 #include <new>
+#include <sstream>
+#include <stdexcept>
 
 namespace {
 
@@ -177,6 +180,23 @@ void AllocationFailureTest::writingWithoutMemoryLeavesNothingBehind() {
     const FaultScene scene;
     QVERIFY(failEachAllocationOf([&] { scene.animation().serialize(); }) > 20);
     QVERIFY(failEachAllocationOf([&] { scene.animation().baseAnimation(); }) > 20);
+    const auto tree = scene.animation().serialize();
+    std::ostringstream whole;
+    VQ::Animation::writeAnimationXml(whole, tree);
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        std::ostringstream stream;
+        const bool hasFailed = runFailing(n, [&] {
+            try {
+                VQ::Animation::writeAnimationXml(stream, tree);
+            } catch (const std::runtime_error&) {
+                // The stream itself ran out of memory, which streams do not throw.
+                QVERIFY(stream.bad());
+            }
+        });
+        [&] { QVERIFY(hasFailed || stream.str() == whole.str()); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 5);
 }
 
 QTEST_GUILESS_MAIN(AllocationFailureTest)

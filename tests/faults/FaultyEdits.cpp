@@ -77,6 +77,14 @@ std::vector<FaultOperation> faultyEdits() {
              receiveAll(s, s.curve().releaseAndInsertKeys({{s.key(0), 2}, {s.key(3), 8}},
                                                           {{s.key(8), 2}, {s.key(9), 4}, {s.key(10), 4}}));
          }},
+        {"releaseAndInsertKeys in another order than that of frames", Law::takenBack,
+         [](Scene& s) {
+             reorganize(s, {{s.key(0), 8}, {s.key(1), 6}, {s.key(2), 4}, {s.key(3), 2}});
+         },
+         [](Scene& s) {
+             receiveAll(s, s.curve().releaseAndInsertKeys({{s.key(0), 8}, {s.key(2), 4}, {s.key(3), 2}},
+                                                          {{s.key(8), 2}, {s.key(9), 6}}));
+         }},
         {"moveTangents of a set", Law::carriedThrough, nothing,
          [](Scene& s) {
              s.curve().moveTangents(s.standing(), Side::left, {-0.5F, 2.0F});

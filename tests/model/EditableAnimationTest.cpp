@@ -331,6 +331,39 @@ private Q_SLOTS:
         QVERIFY(curve.isNull());
     }
 
+    void aReleasedLayerKeepsItsKeysAndSpeaksToTheAnimationNoMore() {
+        EditableAnimation animation(plainAnimation({{"a", 1}, {"b", 2}}));
+        EditableAnimationLayer* const released = animation[0];
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        const auto layer = animation.release(animation.begin());
+        QCOMPARE(layer.get(), released);
+        QCOMPARE(layer->getParentAnimation(), nullptr);
+        QCOMPARE(layer->getCurve()->getGreaterIndex(), 1U);
+        QCOMPARE(animation.size(), std::size_t{1});
+        QCOMPARE(animation[0]->getActuatorName(), QString("b"));
+        layer->setActuatorName("c");
+        layer->getCurve()->getKey(1)->setValue(5.0F);
+        layer->getCurve()->insert(9, new EditableMotionCurveKey);
+        QCOMPARE(recorder.take(), QString());
+        QVERIFY(animation.release(animation.end()) == nullptr);
+    }
+
+    void aReleasedLayerCanComeBack() {
+        EditableAnimation animation(plainAnimation({{"a", 1}, {"b", 2}}));
+        EditableAnimationLayer* const layer = animation.release(animation.begin()).release();
+        animation.insert(animation.end(), layer);
+        SignalRecorder recorder;
+        recorder.watch(animation);
+        QCOMPARE(layer->getParentAnimation(), &animation);
+        layer->setActuatorName("c");
+        QCOMPARE(recorder.take(), QString("animation.layersChanged()"));
+        layer->getCurve()->getKey(1)->setValue(5.0F);
+        QCOMPARE(recorder.take(), QString("animation.layersChanged()"));
+        layer->getCurve()->insert(9, new EditableMotionCurveKey);
+        QCOMPARE(recorder.take(), QString("animation.greaterIndexChanged()"));
+    }
+
     void layersAreFoundByTheirUtf8Names() {
         EditableAnimation animation(plainAnimation({{"\u00e9paule", 1}, {"\u8155", 2}}));
         QCOMPARE(animation.getLayer(QString::fromUtf8("\u8155")), animation[1]);

@@ -2,9 +2,13 @@
 
 #include <QtTest>
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 using ZT::EditableMotionCurve;
 using ZT::EditableMotionCurveKey;
@@ -105,6 +109,52 @@ private Q_SLOTS:
         QCOMPARE(c.curve.releaseAndInsertKeys({{c[0], 3}, {c[1], 4}}, {{c[0], 9}, {c[1], 9}}),
                  (EditableMotionCurve::KeysIndexMap{{c[0], 9}, {c[1], 4}}));
         QCOMPARE(c.layout(), QString("b@9"));
+    }
+
+    void aKeyThatLeftTwiceIsTakenBackToWhereItStoodFirst() {
+        LetteredCurve c({3, 4});
+        QObject::connect(&c.curve, &EditableMotionCurve::keysChanged, [] { throw std::runtime_error("no"); });
+        QVERIFY_EXCEPTION_THROWN(c.curve.releaseAndInsertKeys({{c[0], 3}, {c[1], 4}}, {{c[0], 9}, {c[1], 9}}),
+                                 std::runtime_error);
+        QCOMPARE(c.layout(), QString("a@3 b@4"));
+    }
+
+    void aSlotMayReleaseAKeyWhoseTurnIsToCome_data() {
+        QTest::addColumn<bool>("isInFrameOrder");
+        QTest::newRow("keys in frame order") << true;
+        QTest::newRow("keys in another order") << false;
+    }
+
+    void aSlotMayReleaseAKeyWhoseTurnIsToCome() {
+        QFETCH(bool, isInFrameOrder);
+        constexpr unsigned int count = 40; // More than are fetched ahead.
+        std::vector<unsigned int> frames;
+        for (unsigned int i = 0; i < count; ++i) {
+            frames.push_back(isInFrameOrder ? i : (i * 17) % count);
+        }
+        EditableMotionCurve curve;
+        std::vector<EditableMotionCurveKey*> keys;
+        std::generate_n(std::back_inserter(keys), count, [] { return new EditableMotionCurveKey; });
+        std::sort(keys.begin(), keys.end(), std::less<>());
+        EditableMotionCurve::KeysIndexMap all;
+        for (std::size_t i = 0; i < count; ++i) {
+            curve.insert(frames[i], keys[i]);
+            all.insert(keys[i], frames[i]);
+        }
+        bool isDone = false;
+        std::unique_ptr<EditableMotionCurveKey> released;
+        QObject::connect(&curve, &EditableMotionCurve::keyAboutToBeRemoved, [&] {
+            if (!std::exchange(isDone, true)) {
+                released.reset(curve.release(frames[8]));
+                curve.translateKey(keys[9], 100);
+            }
+        });
+        const auto left = curve.releaseAndInsertKeys(all, {});
+        QCOMPARE(left.size(), static_cast<int>(count) - 2);
+        QVERIFY(!left.contains(keys[8]));
+        QCOMPARE(curve.size(), std::size_t{1});
+        QCOMPARE(curve.getKey(100), keys[9]);
+        qDeleteAll(left.keys());
     }
 
     // The keys' places are known beforehand when their addresses are not in the order of their frames.
