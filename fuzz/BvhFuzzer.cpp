@@ -1,4 +1,4 @@
-#include "BvhImporter.h"
+#include "document/BvhImporter.h"
 #include "fuzz/support/FileLaws.h"
 
 #include <cstddef>
@@ -14,7 +14,7 @@ using VQ::Animation::Animation;
 std::optional<Animation> import(const std::string& text) {
     std::istringstream stream(text);
     try {
-        return BvhImporter(stream).read();
+        return Editor::BvhImporter(stream).read();
     } catch (const std::runtime_error& error) {
         FileLaws::requirePlace(error.what());
         return std::nullopt;

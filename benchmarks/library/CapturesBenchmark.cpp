@@ -1,4 +1,4 @@
-#include "BvhImporter.h"
+#include "document/BvhImporter.h"
 #include "library/LibraryAnimation.h"
 
 #include <fstream>
@@ -9,7 +9,7 @@ namespace {
 
 VQ::Animation::Animation import(const std::string& text) {
     std::istringstream source(text);
-    return BvhImporter(source).read();
+    return Editor::BvhImporter(source).read();
 }
 
 void addCapture(const std::string& name) {

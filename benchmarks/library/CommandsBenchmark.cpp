@@ -10,7 +10,10 @@
 #include "model/AnimationMarkers.h"
 #include "model/EditableAnimation.h"
 
+#include <QUndoStack>
+
 #include <memory>
+#include <string>
 
 namespace {
 
@@ -122,6 +125,66 @@ Bench::Operation operationOf(const CommandRow& row, const Bench::Setting& settin
             }};
 }
 
+/// The step @p step of a drag, counted from 1, that an undo stack merges with the one before.
+using MakeStep = Command (*)(Subject&, unsigned int step, bool isLast);
+
+struct DragRow {
+    const char* name;
+    bool isFromTheBeginning; ///< steps are made from the frames that keys had then, not from those that they
+                             ///< have
+    MakeStep make;
+    void (*begin)(Subject&) = [](Subject&) {};
+};
+
+constexpr DragRow dragRows[] = {
+    {"MoveTangentCommand, drag step", true,
+     [](Subject& s, unsigned int step, bool isLast) -> Command {
+         const auto length = static_cast<float>(step) / 64.0F;
+         return std::make_unique<MoveTangentCommand>(s.keySet, TangentSide::right, length, length, isLast);
+     },
+     [](Subject& s) { s.curve.curve.setTangentsType(s.bothSides, InterpolationType::bezier); }},
+    {"MoveRangeCommand, drag step", false,
+     [](Subject& s, unsigned int step, bool isLast) -> Command {
+         return std::make_unique<MoveRangeCommand>(s.markers, s.frames, s.first + step - 1U,
+                                                   s.last + step - 1U, s.first + step, isLast);
+     }},
+    {"StretchRangeCommand, drag step", true,
+     [](Subject& s, unsigned int step, bool isLast) -> Command {
+         return std::make_unique<StretchRangeCommand>(s.markers, s.frames, s.first, s.last,
+                                                      s.last + step * 100U, isLast, StretchSide::end);
+     }},
+};
+
+/// A drag of twenty steps after the other, each taken back at its end.
+struct Drag {
+    explicit Drag(const Bench::Setting& setting)
+        : subject(setting) {}
+
+    Subject subject;
+    unsigned int step = 0;
+    QUndoStack history;
+};
+
+Bench::Operation operationOf(const DragRow& row, const Bench::Setting& setting) {
+    constexpr unsigned int steps = Bench::DragOperations::stepsOfADrag;
+    const auto drag = std::make_shared<Drag>(setting);
+    row.begin(drag->subject);
+    return {[=] { drag->history.push(row.make(drag->subject, drag->step, drag->step == steps).release()); },
+            [=] {
+                if (drag->step == steps) {
+                    drag->history.undo();
+                    drag->history.clear();
+                    drag->step = 0;
+                }
+            },
+            [=] {
+                ++drag->step;
+                if (!row.isFromTheBeginning || drag->step == 1) {
+                    drag->subject.frames = drag->subject.curve.frames();
+                }
+            }};
+}
+
 void addCommandRows() {
     for (const CommandRow& row : commandRows) {
         for (const std::size_t n : Bench::usualSizes) {
@@ -130,6 +193,14 @@ void addCommandRows() {
             Bench::addRow(row.name + std::string(", construct and redo"), setting.text(), n, make,
                           Bench::Timed::there);
             Bench::addRow(row.name + std::string(", undo"), setting.text(), n, make, Bench::Timed::back);
+        }
+    }
+    for (const DragRow& row : dragRows) {
+        for (const std::size_t n : Bench::usualSizes) {
+            const Bench::Setting setting{Bench::Layout::frameOrder, n};
+            Bench::addRow(
+                row.name, setting.text(), n, [row, setting] { return operationOf(row, setting); },
+                Bench::Timed::there, Bench::DragOperations::stepsOfADrag);
         }
     }
 }

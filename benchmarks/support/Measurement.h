@@ -26,8 +26,8 @@ enum class Timed { there, back };
 
 /// Registers the row "name|size", where size reads "layout/n". @p make builds the operation, outside the
 /// time; one timed part of it processes @p keys keys. The row is repeated until about keysPerRow keys are
-/// processed, at least @p leastRepetitions times and a multiple of that. Its counters: "keys", and "median", the median time of
-/// one timed part in nanoseconds.
+/// processed, at least @p leastRepetitions times and a multiple of that. Its counters: "keys", and "median",
+/// the median time of one timed part in nanoseconds.
 void addRow(const std::string& name, const std::string& size, std::size_t keys,
             const std::function<Operation()>& make, Timed timed = Timed::there,
             std::size_t leastRepetitions = 1);

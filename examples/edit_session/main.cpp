@@ -2,10 +2,10 @@
 // redoes it all, saves it, and checks after each step that nothing is lost. Exits with 1 when anything
 // differs.
 
-#include "AnimationFile.h"
 #include "AnimationState.h"
 #include "CurvePicture.h"
 #include "EditSession.h"
+#include "document/AnimationFile.h"
 
 #include <QCommandLineParser>
 #include <QFileInfo>
@@ -54,8 +54,8 @@ void check(QTextStream& out, const QString& what, const AnimationState& actual,
 
 void run(const QString& path, const QString& savePath, const QString& picturePath) {
     QTextStream out(stdout);
-    const AnimationFile file(path);
-    const auto animation = file.load();
+    const Editor::AnimationFile file(path);
+    const auto animation = file.load().animation;
     const VQ::Animation::Animation recordBefore = animation->baseAnimation();
     const AnimationState before(*animation);
     out << path << ": " << animation->size() << " layers, last frame " << animation->getGreaterIndex()
@@ -69,15 +69,15 @@ void run(const QString& path, const QString& savePath, const QString& picturePat
 
     session.undoAll();
     check(out, "all undone, the same keys as opened", AnimationState(*animation), before, Objects::same);
-    check(out, "all undone, the file read anew", AnimationState(*animation), AnimationState(*file.load()),
-          Objects::any);
+    check(out, "all undone, the file read anew", AnimationState(*animation),
+          AnimationState(*file.load().animation), Objects::any);
     session.redoAll();
     check(out, "all redone, the same keys as edited", AnimationState(*animation), after, Objects::same);
 
     const QTemporaryDir directory;
-    const AnimationFile saved(savePath.isEmpty() ? directory.filePath("edited.xml") : savePath);
-    saved.save(*animation);
-    const auto reloaded = saved.load();
+    const Editor::AnimationFile saved(savePath.isEmpty() ? directory.filePath("edited.xml") : savePath);
+    saved.save(animation->serialize());
+    const auto reloaded = saved.load().animation;
     check(out, "saved and read back", AnimationState(*reloaded), after.asReadBack(), Objects::any);
 
     if (!picturePath.isEmpty()) {

@@ -1,6 +1,6 @@
-#include "AnimationFile.h"
 #include "AnimationState.h"
 #include "EditSession.h"
+#include "document/AnimationFile.h"
 
 #include <QFile>
 #include <QImage>
@@ -111,10 +111,10 @@ void EditSessionProgramTest::theProgramSavesAndDraws() {
     QVERIFY2(result.exitCode == 0, qPrintable(result.errors.right(4000)));
 
     // The session made by hand ends in the same animation.
-    const auto animation = AnimationFile(shippedFile).load();
+    const auto animation = Editor::AnimationFile(shippedFile).load().animation;
     EditSession session(*animation);
     session.play();
-    const auto reloaded = AnimationFile(saved).load();
+    const auto reloaded = Editor::AnimationFile(saved).load().animation;
     const AnimationState expected = AnimationState(*animation).asReadBack();
     QCOMPARE(AnimationState(*reloaded).comparedWith(expected, Objects::any).differences, QStringList());
 

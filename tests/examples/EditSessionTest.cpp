@@ -1,7 +1,7 @@
 #include "EditSession.h"
 
-#include "AnimationFile.h"
 #include "AnimationState.h"
+#include "document/AnimationFile.h"
 #include "model/AnimationMarkers.h"
 
 #include <QtTest>
@@ -52,7 +52,7 @@ private Q_SLOTS:
 };
 
 void EditSessionTest::everyEditIsOneEntryOfTheHistory() {
-    const auto animation = AnimationFile(shippedFile).load();
+    const auto animation = Editor::AnimationFile(shippedFile).load().animation;
     EditSession session(*animation);
     session.play();
     QStringList texts;
@@ -73,7 +73,7 @@ void EditSessionTest::everyEditIsOneEntryOfTheHistory() {
 }
 
 void EditSessionTest::everyDragIsTwentyStepsAndOneEntry() {
-    const auto animation = AnimationFile(shippedFile).load();
+    const auto animation = Editor::AnimationFile(shippedFile).load().animation;
     EditSession session(*animation);
     session.play();
     std::vector<int> steps;
@@ -84,7 +84,7 @@ void EditSessionTest::everyDragIsTwentyStepsAndOneEntry() {
 }
 
 void EditSessionTest::eachStepAndEditReachesTheAnimation() {
-    const auto animation = AnimationFile(shippedFile).load();
+    const auto animation = Editor::AnimationFile(shippedFile).load().animation;
     EditSession session(*animation);
     session.play();
     for (const EditSession::Entry& entry : session.history()) {

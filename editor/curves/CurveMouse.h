@@ -1,0 +1,75 @@
+#pragma once
+
+#include "base/TangentSide.h"
+#include "curves/CurvePlacement.h"
+
+#include <QObject>
+#include <QPointF>
+#include <QPointer>
+
+class QMouseEvent;
+class QRubberBand;
+class QWidget;
+
+namespace ZT {
+class EditableMotionCurveKey;
+}
+
+namespace Editor {
+
+class Document;
+class Drag;
+struct Hit;
+class ViewAxis;
+
+/// The gestures of the mouse over a curve view, from press to release: panning, moving the selected frame
+/// along the ruler, the rubber band, dragging keys and handles. One at a time; other buttons pressed
+/// meanwhile are ignored.
+class CurveMouse : public QObject {
+    Q_OBJECT
+
+public:
+    /// @p view owns this object and the rubber band on it.
+    CurveMouse(Document& document, Drag& drag, ViewAxis& frames, ViewAxis& values, QWidget& view);
+
+    bool isActive() const noexcept { return _gesture != Gesture::none; }
+
+    /// @p placement is that of the moment, here and below. With @p isPanning any button but the right one
+    /// pans.
+    void press(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer, bool isPanning);
+    void moveTo(const QMouseEvent& event, const CurvePlacement& placement);
+    /// The end of the gesture, if it is the button that began it.
+    void release(const QMouseEvent& event, const CurvePlacement& placement);
+    /// Takes a drag back and puts the rubber band away. False when no gesture was under way.
+    bool cancel();
+
+Q_SIGNALS:
+    /// A key, handle or curve of the layer was pressed.
+    void layerPicked(int index);
+
+private:
+    enum class Gesture : int { none, pan, scrub, band, keys, handle };
+
+    void _pressLeft(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer);
+    void _grabKey(ZT::EditableMotionCurveKey* key, bool isAdding);
+    void _grabHandle(const Hit& hit, bool ofAllSelected);
+    void _dragTo(const QMouseEvent& event, const CurvePlacement& placement);
+    void _scrubTo(const QPointF& point, const CurvePlacement& placement);
+    void _selectBand(const CurvePlacement& placement, bool isAdding);
+    void _clickKey(bool isToggling);
+    QPointF _startPoint(const CurvePlacement& placement) const;
+
+    Document& _document;
+    Drag& _drag;
+    ViewAxis& _frames;
+    ViewAxis& _values;
+    QRubberBand* _band; ///< a child of the view
+    Gesture _gesture = Gesture::none;
+    Qt::MouseButton _button = Qt::NoButton;
+    QPointF _start; ///< where the button went down: frame and value, so that it holds when the view moves
+    bool _hasMoved = false; ///< further than a hand shakes in a click
+    bool _wasSelected = false;
+    QPointer<ZT::EditableMotionCurveKey> _key; ///< the one pressed
+};
+
+} // namespace Editor

@@ -1,0 +1,177 @@
+#include "document/Document.h"
+
+#include "document/AnimationData.h"
+#include "document/EditorAttributes.h"
+#include "document/KeySelection.h"
+#include "model/AnimationMarkers.h"
+
+#include <boost/property_tree/ptree.hpp>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace Editor {
+
+namespace {
+
+constexpr double usualFramesPerSecond = 25.0;
+
+void setMarkers(ZT::AnimationMarkers& markers, const MarkerFrames& frames) {
+    markers.setStartIndex(frames.start);
+    markers.setEndIndex(frames.end);
+    markers.setSelectedIndex(frames.selected);
+    markers.setRangeStartIndex(frames.rangeStart);
+    markers.setRangeEndIndex(frames.rangeEnd);
+    markers.setRangeVisible(frames.isRangeVisible);
+}
+
+MarkerFrames framesOf(const ZT::AnimationMarkers& markers) {
+    return {markers.selectedIndex(),   markers.startIndex(),    markers.endIndex(),
+            markers.rangeStartIndex(), markers.rangeEndIndex(), markers.isRangeVisible()};
+}
+
+} // namespace
+
+Document::Document(QObject* parent)
+    : QObject(parent)
+    , _animation(std::make_unique<ZT::EditableAnimation>())
+    , _selection(std::make_unique<KeySelection>(*this)) {
+    connect(&_history, &QUndoStack::cleanChanged, this, &Document::pathChanged);
+    _observe();
+}
+
+Document::~Document() {
+    disconnect(&_history, nullptr, this, nullptr);
+    _history.clear();
+}
+
+void Document::replace(AnimationData data, const QString& path) {
+    _selection->forget();
+    _history.clear();
+    _animation = std::move(data.animation);
+    _looks.clear();
+    for (int i = 0; i < layerCount(); ++i) {
+        const auto index = static_cast<std::size_t>(i);
+        const bool isKnown = index < data.looks.size() && data.looks[index];
+        _looks.push_back(isKnown ? *data.looks[index] : LayerLook{colourAt(i)});
+    }
+    const unsigned int last = std::max(_animation->getGreaterIndex(), 1U);
+    setMarkers(markers(), data.markers.value_or(MarkerFrames{1, 1, last}));
+    _observe();
+    _path = path;
+    _isUnsaved = false;
+    Q_EMIT replaced();
+    Q_EMIT changed();
+    Q_EMIT pathChanged();
+}
+
+boost::property_tree::ptree Document::tree() const {
+    auto tree = _animation->serialize();
+    writeEditorAttributes(tree, _looks, framesOf(markers()));
+    return tree;
+}
+
+void Document::setSaved(const QString& path) {
+    _path = path;
+    _isUnsaved = false;
+    _history.setClean();
+    Q_EMIT pathChanged();
+}
+
+void Document::setUnsaved() {
+    if (!std::exchange(_isUnsaved, true)) {
+        Q_EMIT pathChanged();
+    }
+}
+
+ZT::EditableAnimationLayer* Document::layer(int index) const {
+    return index < 0 ? nullptr : (*_animation)[static_cast<unsigned long>(index)];
+}
+
+int Document::indexOf(const ZT::EditableAnimationLayer* layer) const {
+    for (int i = 0; i < layerCount(); ++i) {
+        if (this->layer(i) == layer) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+// Steps of the golden angle keep neighbours apart, and three lightnesses those whom hue alone does not
+// separate.
+QColor Document::colourAt(int index) {
+    constexpr int goldenAngle = 137;
+    constexpr std::array<int, 3> lightnesses{105, 150, 190};
+    return QColor::fromHsl((200 + index * goldenAngle) % 360, 165,
+                           lightnesses[static_cast<std::size_t>(index % 3)]);
+}
+
+bool Document::isEditable(const ZT::EditableMotionCurve* curve) const {
+    const int index = curve == nullptr ? -1 : indexOf(curve->getParentLayer());
+    return index >= 0 && look(index).isVisible && !look(index).isLocked;
+}
+
+double Document::framesPerSecond() const {
+    if (_animation->empty()) {
+        return usualFramesPerSecond;
+    }
+    const auto unit = layer(0)->getCurve()->getTimeUnit().count();
+    return static_cast<double>(unit.denominator()) / static_cast<double>(unit.numerator());
+}
+
+void Document::insertLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer> layer,
+                           const LayerLook& look) {
+    Q_EMIT layerAboutToBeInserted(index);
+    _looks.insert(_looks.begin() + index, look);
+    _animation->insert(_animation->begin() + index, layer.release());
+    _observe();
+    Q_EMIT layerInserted(index);
+    Q_EMIT changed();
+}
+
+std::pair<std::unique_ptr<ZT::EditableAnimationLayer>, LayerLook> Document::takeLayer(int index) {
+    Q_EMIT layerAboutToBeRemoved(index);
+    auto taken = std::make_pair(_animation->release(_animation->begin() + index), look(index));
+    _looks.erase(_looks.begin() + index);
+    _selection->prune();
+    Q_EMIT layerRemoved(index);
+    Q_EMIT changed();
+    return taken;
+}
+
+void Document::moveLayer(int from, int to) {
+    if (from == to) {
+        return;
+    }
+    Q_EMIT layerAboutToBeMoved(from, to);
+    auto layer = _animation->release(_animation->begin() + from);
+    const LayerLook moved = look(from);
+    _looks.erase(_looks.begin() + from);
+    _looks.insert(_looks.begin() + to, moved);
+    _animation->insert(_animation->begin() + to, layer.release());
+    Q_EMIT layerMoved(from, to);
+    Q_EMIT changed();
+}
+
+void Document::setLook(int index, const LayerLook& look) {
+    LayerLook& own = _looks.at(static_cast<std::size_t>(index));
+    if (own != look) {
+        own = look;
+        _selection->prune();
+        Q_EMIT lookChanged(index);
+        Q_EMIT changed();
+    }
+}
+
+void Document::_observe() {
+    ZT::EditableAnimation* const animation = _animation.get();
+    connect(animation, &ZT::EditableAnimation::layersChanged, this, &Document::changed, Qt::UniqueConnection);
+    for (ZT::EditableAnimationLayer* const layer : *animation) {
+        connect(layer, &ZT::EditableAnimationLayer::muteChanged, this, &Document::changed,
+                Qt::UniqueConnection);
+        _selection->observe(layer->getCurve());
+    }
+}
+
+} // namespace Editor

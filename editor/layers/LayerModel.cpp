@@ -1,0 +1,315 @@
+#include "layers/LayerModel.h"
+
+#include "document/Document.h"
+#include "document/LayerCommands.h"
+#include "layers/LayerEdits.h"
+#include "model/AnimationMarkers.h"
+
+#include <QDataStream>
+#include <QLocale>
+#include <QMimeData>
+#include <QUuid>
+
+#include <algorithm>
+#include <memory>
+
+namespace Editor {
+
+namespace {
+
+QString rowsType() {
+    return QStringLiteral("application/x-curve-editor-layer-rows");
+}
+
+bool isCheckable(int column) {
+    return column == LayerModel::visibleColumn || column == LayerModel::muteColumn ||
+           column == LayerModel::lockedColumn;
+}
+
+} // namespace
+
+LayerModel::LayerModel(Document& document, QObject* parent)
+    : QAbstractTableModel(parent)
+    , _document(document)
+    , _identity(QUuid::createUuid().toRfc4122()) {
+    _timer.setSingleShot(true);
+    _timer.setInterval(0);
+    connect(&_timer, &QTimer::timeout, this, &LayerModel::_announceAll);
+    connect(&document, &Document::changed, this, &LayerModel::_announceSoon);
+    connect(&document, &Document::replaced, this, &LayerModel::_reset);
+    connect(&document, &Document::lookChanged, this, &LayerModel::_announceRow);
+    connect(&document, &Document::layerAboutToBeInserted, this,
+            [this](int index) { beginInsertRows({}, index, index); });
+    connect(&document, &Document::layerInserted, this, [this] { endInsertRows(); });
+    connect(&document, &Document::layerAboutToBeRemoved, this,
+            [this](int index) { beginRemoveRows({}, index, index); });
+    connect(&document, &Document::layerRemoved, this, [this] { endRemoveRows(); });
+    connect(&document, &Document::layerAboutToBeMoved, this, [this](int from, int to) {
+        beginMoveRows({}, from, from, {},
+                      to > from ? to + 1 : to); // Qt counts the moved row in its old place, too.
+    });
+    connect(&document, &Document::layerMoved, this, [this] { endMoveRows(); });
+    _observe();
+}
+
+void LayerModel::_observe() {
+    connect(&_document.markers(), &ZT::AnimationMarkers::selectedIndexChanged, this,
+            &LayerModel::_announceSoon);
+}
+
+void LayerModel::_announceSoon() {
+    if (!_timer.isActive()) {
+        _timer.start();
+    }
+}
+
+void LayerModel::_reset() {
+    beginResetModel();
+    endResetModel();
+    _observe();
+}
+
+void LayerModel::_announceRow(int layer) {
+    Q_EMIT dataChanged(index(layer, 0), index(layer, columns - 1));
+}
+
+void LayerModel::_announceAll() {
+    if (rowCount() > 0) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    }
+}
+
+int LayerModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : _document.layerCount();
+}
+
+int LayerModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : columns;
+}
+
+QVariant LayerModel::data(const QModelIndex& index, int role) const {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return {};
+    }
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return _displayed(index.row(), index.column());
+    case Qt::CheckStateRole:
+        return _checkState(index.row(), index.column());
+    case Qt::DecorationRole:
+        return index.column() == colourColumn ? QVariant(_document.look(index.row()).colour) : QVariant();
+    case Qt::TextAlignmentRole:
+        return index.column() == valueColumn ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+    case Qt::ToolTipRole:
+        return _toolTip(index.row(), index.column());
+    case Qt::AccessibleTextRole:
+        return _accessibleText(index.row(), index.column());
+    default:
+        return {};
+    }
+}
+
+QVariant LayerModel::_displayed(int layer, int column) const {
+    if (column == nameColumn) {
+        return _document.layer(layer)->getActuatorName();
+    }
+    if (column == valueColumn) {
+        const float value = _document.layer(layer)->getCurve()->valueAt(_document.markers().selectedIndex());
+        return QLocale().toString(double{value}, 'g', 6);
+    }
+    return {};
+}
+
+QVariant LayerModel::_checkState(int layer, int column) const {
+    const auto stateOf = [](bool isChecked) { return QVariant(isChecked ? Qt::Checked : Qt::Unchecked); };
+    switch (column) {
+    case visibleColumn:
+        return stateOf(_document.look(layer).isVisible);
+    case muteColumn:
+        return stateOf(_document.layer(layer)->isMute());
+    case lockedColumn:
+        return stateOf(_document.look(layer).isLocked);
+    default:
+        return {};
+    }
+}
+
+QVariant LayerModel::_toolTip(int layer, int column) const {
+    switch (column) {
+    case visibleColumn:
+        return tr("Show the layer's curve");
+    case colourColumn:
+        return tr("Colour of the layer's curve: double-click to change it");
+    case nameColumn:
+        return _document.layer(layer)->getActuatorName();
+    case muteColumn:
+        return tr("Mute: the actuator gets no values");
+    case lockedColumn:
+        return tr("Lock: the layer's keys cannot be edited");
+    case valueColumn:
+        return tr("Value at the current frame");
+    default:
+        return {};
+    }
+}
+
+QVariant LayerModel::_accessibleText(int layer, int column) const {
+    const LayerLook look = _document.look(layer);
+    switch (column) {
+    case visibleColumn:
+        return look.isVisible ? tr("shown") : tr("hidden");
+    case colourColumn:
+        return tr("colour %1").arg(look.colour.name());
+    case muteColumn:
+        return _document.layer(layer)->isMute() ? tr("muted") : tr("not muted");
+    case lockedColumn:
+        return look.isLocked ? tr("locked") : tr("not locked");
+    default:
+        return _displayed(layer, column);
+    }
+}
+
+// Narrow columns have icons, which show what they are; a heading would be wider than they are.
+QVariant LayerModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    const bool isWide = section == nameColumn || section == valueColumn;
+    const bool isAsked =
+        role == Qt::ToolTipRole || role == Qt::AccessibleTextRole || (role == Qt::DisplayRole && isWide);
+    if (orientation != Qt::Horizontal || !isAsked) {
+        return role == Qt::DisplayRole ? QVariant(QString()) : QVariant();
+    }
+    switch (section) {
+    case visibleColumn:
+        return tr("Show");
+    case colourColumn:
+        return tr("Colour");
+    case nameColumn:
+        return tr("Layer");
+    case muteColumn:
+        return tr("Mute");
+    case lockedColumn:
+        return tr("Lock");
+    case valueColumn:
+        return tr("Value");
+    default:
+        return {};
+    }
+}
+
+Qt::ItemFlags LayerModel::flags(const QModelIndex& index) const {
+    if (!index.isValid()) {
+        return Qt::ItemIsDropEnabled; // Between the rows, never onto one.
+    }
+    Qt::ItemFlags flags =
+        Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
+    flags.setFlag(Qt::ItemIsEditable, index.column() == nameColumn);
+    flags.setFlag(Qt::ItemIsUserCheckable, isCheckable(index.column()));
+    return flags;
+}
+
+bool LayerModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
+        return false;
+    }
+    const int layer = index.row();
+    bool isSet = false;
+    if (role == Qt::CheckStateRole && isCheckable(index.column())) {
+        isSet = _setChecked(layer, index.column(), value.toInt() == Qt::Checked);
+    } else if (role == Qt::EditRole && index.column() == colourColumn) {
+        isSet = _setColour(layer, value.value<QColor>());
+    } else if (role == Qt::EditRole && index.column() == nameColumn) {
+        isSet = _rename(layer, value.toString());
+    }
+    if (isSet) {
+        _announceRow(layer);
+    }
+    return isSet;
+}
+
+bool LayerModel::_rename(int layer, const QString& name) {
+    if (name.isEmpty()) {
+        return false;
+    }
+    if (name != _document.layer(layer)->getActuatorName()) {
+        _document.history().push(new RenameLayerCommand(_document, layer, name));
+    }
+    return true;
+}
+
+bool LayerModel::_setChecked(int layer, int column, bool isChecked) {
+    if (column == muteColumn) {
+        if (isChecked != _document.layer(layer)->isMute()) {
+            _document.history().push(new MuteLayerCommand(_document, layer, isChecked));
+        }
+        return true;
+    }
+    LayerLook look = _document.look(layer);
+    (column == visibleColumn ? look.isVisible : look.isLocked) = isChecked;
+    if (look != _document.look(layer)) {
+        _document.history().push(new ChangeLookCommand(_document, layer, look));
+    }
+    return true;
+}
+
+bool LayerModel::_setColour(int layer, const QColor& colour) {
+    LayerLook look = _document.look(layer);
+    if (!colour.isValid()) {
+        return false;
+    }
+    if (colour.rgba() != look.colour.rgba()) { // Comparison tells apart in which way it was made.
+        look.colour = colour;
+        _document.history().push(new ChangeLookCommand(_document, layer, look));
+    }
+    return true;
+}
+
+QStringList LayerModel::mimeTypes() const {
+    return {rowsType()};
+}
+
+QMimeData* LayerModel::mimeData(const QModelIndexList& indexes) const {
+    QVector<int> rows;
+    for (const QModelIndex& index : indexes) {
+        rows.append(index.row());
+    }
+    std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    if (rows.isEmpty()) {
+        return nullptr;
+    }
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << _identity << rows;
+    auto data = std::make_unique<QMimeData>();
+    data->setData(rowsType(), bytes);
+    return data.release(); // The drag owns it.
+}
+
+// Empty unless they are rows of this very model, in ascending order.
+std::vector<int> LayerModel::_draggedRows(const QMimeData& data) const {
+    QByteArray id;
+    QVector<int> rows;
+    QDataStream stream(data.data(rowsType()));
+    stream >> id >> rows;
+    const bool areOurs =
+        stream.status() == QDataStream::Ok && id == _identity &&
+        std::all_of(rows.begin(), rows.end(), [this](int row) { return row >= 0 && row < rowCount(); });
+    return areOurs ? std::vector<int>(rows.begin(), rows.end()) : std::vector<int>();
+}
+
+bool LayerModel::canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int /*column*/,
+                                 const QModelIndex& parent) const {
+    return data != nullptr && action == Qt::MoveAction && row <= rowCount() && !parent.isValid() &&
+           !_draggedRows(*data).empty();
+}
+
+bool LayerModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                              const QModelIndex& parent) {
+    if (!canDropMimeData(data, action, row, column, parent)) {
+        return false;
+    }
+    LayerEdits(_document).move(_draggedRows(*data), row < 0 ? rowCount() : row); // -1: behind the last row
+    return true;
+}
+
+} // namespace Editor

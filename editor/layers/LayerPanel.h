@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QWidget>
+
+#include <vector>
+
+class QLineEdit;
+class QModelIndex;
+class QPoint;
+class QSortFilterProxyModel;
+class QTableView;
+
+namespace Editor {
+
+class Document;
+class LayerModel;
+
+/// The list of layers: found by name, renamed, coloured, shown, muted and locked in place, dragged to another
+/// place, added, duplicated and removed. What can be done to layers is in actions(), for a menu as well.
+class LayerPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    /// @p document must outlive the panel.
+    explicit LayerPanel(Document& document, QWidget* parent = nullptr);
+
+    /// -1 where there is none.
+    int currentLayer() const;
+
+public Q_SLOTS:
+    /// Selects the layer's row alone; a filter that hides it is emptied. -1, or a layer that there is not:
+    /// none.
+    void setCurrentLayer(int index);
+    /// Behind the current layer, or behind the last one.
+    void addLayer();
+    /// The rest is done to the layers whose rows are selected.
+    void duplicateLayer();
+    void removeLayer();
+    void moveLayersUp();
+    void moveLayersDown();
+    void selectKeys();
+    /// Asks for the current layer's colour.
+    void chooseColour();
+
+Q_SIGNALS:
+    /// Another layer is the current one, or it is at another place in the list.
+    void currentLayerChanged(int index);
+
+private:
+    void _makeTable();
+    void _sizeColumns();
+    void _makeActions();
+    QWidget* _makeButtons();
+    QAction* _addAction(const QString& text, const QString& shortText, void (LayerPanel::*slot)());
+    std::vector<int> _selectedLayers() const;
+    void _selectLayers(int first, int count);
+    void _moveLayers(const std::vector<int>& layers, int index);
+    void _noteCurrent();
+    void _updateActions();
+
+    Document& _document;
+    LayerModel* _model;                ///< a child
+    QSortFilterProxyModel* _filtered;  ///< a child
+    QLineEdit* _filter;                ///< a child
+    QTableView* _table;                ///< a child
+    QList<QAction*> _selectionActions; ///< of actions(), those that need a selected layer
+    int _announced = -1;               ///< the current layer as last announced
+};
+
+} // namespace Editor

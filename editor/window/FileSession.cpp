@@ -1,0 +1,184 @@
+#include "window/FileSession.h"
+
+#include "document/AnimationData.h"
+#include "document/AnimationFile.h"
+#include "document/Document.h"
+#include "window/FileDialogs.h"
+#include "window/RecentFiles.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <boost/property_tree/ptree.hpp>
+
+#include <exception>
+#include <memory>
+#include <utility>
+
+namespace Editor {
+
+namespace {
+
+AnimationData emptyAnimation() {
+    AnimationData data;
+    data.animation = std::make_unique<ZT::EditableAnimation>();
+    return data;
+}
+
+} // namespace
+
+FileSession::FileSession(Document& document, FileDialogs& dialogs, RecentFiles& recent, QObject* parent)
+    : QObject(parent)
+    , _document(document)
+    , _dialogs(dialogs)
+    , _recent(recent)
+    , _autosave(document) {
+    connect(&document, &Document::pathChanged, this, &FileSession::nameChanged);
+    connect(&_autosave, &Autosave::failed, this, &FileSession::problem);
+}
+
+QString FileSession::name() const {
+    if (!_document.path().isEmpty()) {
+        return QFileInfo(_document.path()).fileName();
+    }
+    return _importedName.isEmpty() ? tr("Untitled") : _importedName;
+}
+
+QString FileSession::suggestedPath() const {
+    if (!_document.path().isEmpty()) {
+        return _document.path();
+    }
+    const QString folder = QFileInfo(_recent.paths().value(0)).absolutePath();
+    const QString base =
+        _importedName.isEmpty() ? tr("Untitled") : QFileInfo(_importedName).completeBaseName();
+    return QDir(folder).filePath(base + QStringLiteral(".xml"));
+}
+
+bool FileSession::open(const QString& path) {
+    if (!mayLeave()) {
+        return false;
+    }
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    // A copy beside the file that is open holds the work that the user just chose to drop.
+    const bool isOpen = absolute == _document.path();
+    if (AnimationFile::isWritable(absolute) && !isOpen && Autosave::isLeftBehind(absolute) &&
+        _recover(absolute)) {
+        _recent.add(absolute);
+        return true;
+    }
+    AnimationData data;
+    if (!_read(absolute, data)) {
+        if (!QFileInfo::exists(absolute)) {
+            _recent.remove(absolute);
+        }
+        return false;
+    }
+    if (AnimationFile::isWritable(absolute)) {
+        _show(std::move(data), absolute);
+    } else {
+        _show(std::move(data), {}, QFileInfo(absolute).fileName());
+        _document.setUnsaved();
+    }
+    _recent.add(absolute);
+    return true;
+}
+
+bool FileSession::mayLeave() {
+    if (!_document.isModified()) {
+        return true;
+    }
+    switch (_dialogs.askUnsaved(name())) {
+    case FileDialogs::Unsaved::save:
+        return save();
+    case FileDialogs::Unsaved::discard:
+        return true;
+    case FileDialogs::Unsaved::cancel:
+        break;
+    }
+    return false;
+}
+
+void FileSession::offerRecovery() {
+    if (_document.path().isEmpty() && !_document.isModified() && Autosave::isLeftBehind({})) {
+        _recover({});
+    }
+}
+
+void FileSession::leave() {
+    if (_document.isModified()) { // Else a copy is another one's, such as a damaged one that somebody may yet
+                                  // repair.
+        _autosave.discard();
+    }
+}
+
+void FileSession::newAnimation() {
+    if (mayLeave()) {
+        _show(emptyAnimation(), {});
+    }
+}
+
+void FileSession::openAsked() {
+    const QString path = _dialogs.askOpenPath(QFileInfo(suggestedPath()).absolutePath());
+    if (!path.isEmpty()) {
+        open(path);
+    }
+}
+
+bool FileSession::save() {
+    return _document.path().isEmpty() ? saveAs() : _write(_document.path());
+}
+
+bool FileSession::saveAs() {
+    const QString path = _dialogs.askSavePath(suggestedPath());
+    return !path.isEmpty() && _write(QFileInfo(path).absoluteFilePath());
+}
+
+// Whether the unsaved work became the document.
+bool FileSession::_recover(const QString& path) {
+    const QString copy = Autosave::copyOf(path);
+    if (!_dialogs.askRecover(path.isEmpty() ? tr("an untitled animation") : QFileInfo(path).fileName())) {
+        QFile::remove(copy);
+        return false;
+    }
+    AnimationData data;
+    if (!_read(copy, data)) {
+        return false;
+    }
+    _show(std::move(data), path);
+    _document.setUnsaved();
+    return true;
+}
+
+bool FileSession::_read(const QString& from, AnimationData& data) {
+    try {
+        data = AnimationFile(from).load();
+        return true;
+    } catch (const std::exception& error) { // Also where memory is short.
+        _dialogs.showProblem(tr("%1 could not be opened.").arg(QFileInfo(from).fileName()),
+                             QString::fromUtf8(error.what()));
+        return false;
+    }
+}
+
+bool FileSession::_write(const QString& path) {
+    try {
+        AnimationFile(path).save(_document.tree());
+    } catch (const std::exception& error) {
+        _dialogs.showProblem(tr("%1 could not be saved.").arg(QFileInfo(path).fileName()),
+                             QString::fromUtf8(error.what()));
+        return false;
+    }
+    _importedName.clear();
+    _document.setSaved(path);
+    _recent.add(path);
+    Q_EMIT saved();
+    return true;
+}
+
+void FileSession::_show(AnimationData data, const QString& path, const QString& importedName) {
+    _importedName = importedName;
+    _document.replace(std::move(data), path);
+}
+
+} // namespace Editor

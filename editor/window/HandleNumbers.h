@@ -1,0 +1,40 @@
+#pragma once
+
+#include "base/TangentSide.h"
+#include "document/KeySelection.h"
+
+#include <optional>
+
+namespace Editor {
+
+class Document;
+class KeyEdits;
+
+/// The numbers of the "bezier" handles that some keys have on one side.
+class HandleNumbers {
+public:
+    /// The two numbers of a handle, relative to its key.
+    enum class Number {
+        frames,
+        value,
+    };
+
+    HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side);
+
+    /// Whether there is such a handle at all.
+    bool isEmpty() const noexcept { return _keys.isEmpty(); }
+    /// What all handles have in common; empty where they differ or there are none.
+    std::optional<float> common(Number number) const;
+
+    /// Gives all handles one number; each keeps its other one. One entry of the history, none where nothing
+    /// changes.
+    void set(Number number, float to, Document& document, KeyEdits& edits) const;
+
+private:
+    float _get(const ZT::EditableMotionCurveKey& key, Number number) const;
+
+    KeySelection::Keys _keys; ///< those with such a handle
+    ZT::TangentSide _side;
+};
+
+} // namespace Editor

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QUndoView>
+
+namespace Editor {
+
+/// The history as a list; a click on an entry goes to the state behind it.
+class HistoryPanel : public QUndoView {
+    Q_OBJECT
+
+public:
+    /// @p history must outlive the panel.
+    explicit HistoryPanel(QUndoStack& history, QWidget* parent = nullptr);
+
+    QSize sizeHint() const override { return {200, 120}; }
+};
+
+} // namespace Editor

@@ -1,0 +1,134 @@
+#include "document/DragKind.h"
+
+#include "commands/MergeableCommand.h"
+#include "tests/editor/support/Scene.h"
+
+#include <QUndoCommand>
+
+#include <limits>
+#include <memory>
+
+using namespace EditorScene;
+using Editor::DragKind;
+using ZT::AnimCmd::StretchSide;
+
+class DragKindTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void noKindHasAStepWhereItBegan();
+    void onlyTheLastStepIsFinal();
+    void makingAStepChangesNothing();
+    void distancesAreRoundedToWholeFrames();
+    void keysInNoCurveAreLeftOut();
+    void theProblemNamesTheFrameAndTheLayer();
+    void aHandleThatIsNotFiniteIsGrabbedAtItsKey();
+
+private:
+    static std::vector<std::unique_ptr<DragKind>> allKinds(Scene& scene);
+};
+
+std::vector<std::unique_ptr<DragKind>> DragKindTest::allKinds(Scene& scene) {
+    Key* const key = scene.key(0, 10);
+    std::vector<std::unique_ptr<DragKind>> kinds;
+    kinds.push_back(Editor::dragKeys({key}));
+    kinds.push_back(Editor::dragHandles({key}, *key, Side::right));
+    kinds.push_back(Editor::dragRange(scene.document));
+    kinds.push_back(Editor::dragRangeEnd(scene.document, StretchSide::start));
+    kinds.push_back(Editor::dragRangeEnd(scene.document, StretchSide::end));
+    kinds.push_back(Editor::dragNewRange(scene.document, 3));
+    return kinds;
+}
+
+void DragKindTest::noKindHasAStepWhereItBegan() {
+    Scene scene;
+    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    scene.setRange(8, 12);
+    for (const auto& kind : allKinds(scene)) {
+        QVERIFY(kind->step({0, 0}, false) == nullptr);
+        QVERIFY(kind->step({-0.0, 0}, true) == nullptr);
+        QVERIFY(kind->step({1, 0}, false) != nullptr);
+    }
+}
+
+void DragKindTest::onlyTheLastStepIsFinal() {
+    Scene scene;
+    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    scene.setRange(8, 12);
+    for (const auto& kind : allKinds(scene)) {
+        for (const bool isFinal : {false, true}) {
+            const auto command = kind->step({1, 0}, isFinal);
+            QCOMPARE(dynamic_cast<const ZT::MergeableCommand&>(*command).isFinalCommand(), isFinal);
+        }
+    }
+}
+
+void DragKindTest::makingAStepChangesNothing() {
+    Scene scene;
+    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    scene.setRange(8, 12);
+    for (const auto& kind : allKinds(scene)) {
+        checkNothingHappens(scene, [&] { kind->step({1, 2}, false).reset(); });
+    }
+}
+
+void DragKindTest::distancesAreRoundedToWholeFrames() {
+    Scene scene;
+    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    scene.setRange(10, 10);
+    for (const double distance : {1.5, 2.0, 2.49}) {
+        const auto kind = Editor::dragKeys({scene.key(0, 10)});
+        const auto command = kind->step({distance, 0}, true);
+        command->redo();
+        QCOMPARE(scene.frames(), QString("12"));
+        command->undo();
+        QVERIFY(kind->step({0.49, 0}, true) == nullptr);
+        const auto range = Editor::dragRange(scene.document);
+        const auto move = range->step({distance, 0}, true);
+        move->redo();
+        QCOMPARE(scene.range(), QString("12-12"));
+        move->undo();
+    }
+}
+
+void DragKindTest::keysInNoCurveAreLeftOut() {
+    Scene scene;
+    Key loose;
+    QVERIFY(Editor::dragKeys({&loose})->step({3, 3}, false) == nullptr);
+    const auto kind = Editor::dragKeys({&loose, scene.add(0, 10)});
+    const auto command = kind->step({3, 3}, false);
+    command->redo();
+    QCOMPARE(scene.frames(), QString("13"));
+    QCOMPARE(loose.getValue(), 0.0F);
+    QCOMPARE(kind->problem(*command), QString());
+}
+
+void DragKindTest::theProblemNamesTheFrameAndTheLayer() {
+    Scene scene({"%1 of %2"});
+    Key* const key = scene.add(0, 10);
+    scene.add(0, 12);
+    const auto kind = Editor::dragKeys({key});
+    const auto command = kind->step({2, 0}, false);
+    command->redo();
+    QCOMPARE(kind->problem(*command), QString("Frame 12 of %1 of %2 is taken by a key that is not dragged."));
+}
+
+void DragKindTest::aHandleThatIsNotFiniteIsGrabbedAtItsKey() {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    Scene scene;
+    for (const float x : {infinity, -infinity, std::numeric_limits<float>::quiet_NaN()}) {
+        Key* const key = scene.add(0, 10, bezier(0, {-1, 0}, {x, 1}));
+        const auto command = Editor::dragHandles({key}, *key, Side::right)->step({2, 3}, true);
+        command->redo();
+        QVERIFY(key->getTangentOffset(Side::right) == qMakePair(2.0F, 3.0F));
+        command->undo();
+    }
+    Key* const key = scene.add(0, 20, bezier(0, {-1, 0}, {1, 1}));
+    const auto command = Editor::dragHandles({key}, *key, Side::left)->step({-1e300, 1e300}, true);
+    command->redo();
+    constexpr float largest = std::numeric_limits<float>::max();
+    QVERIFY(key->getTangentOffset(Side::left) == qMakePair(-largest, largest));
+}
+
+QTEST_GUILESS_MAIN(DragKindTest)
+#include "DragKindTest.moc"
