@@ -8,7 +8,6 @@
 #include "document/Document.h"
 #include "document/KeyInsertion.h"
 
-#include <algorithm>
 #include <cmath>
 #include <type_traits>
 
@@ -41,16 +40,12 @@ bool isSame(const std::optional<Value>& a, const std::optional<Value>& b) {
     }
 }
 
+// What differs is common no more; what is not common any more is not asked for.
 template <class Value, class ValueOf>
-std::optional<Value> commonValue(const Keys& keys, ValueOf valueOf) {
-    if (keys.isEmpty()) {
-        return std::nullopt;
+void keepIfSame(std::optional<Value>& common, ValueOf valueOf) {
+    if (common && !isSame(std::optional<Value>(valueOf()), common)) {
+        common.reset();
     }
-    const std::optional<Value> first = valueOf(**keys.begin());
-    const bool isCommon = std::all_of(keys.begin(), keys.end(), [&](const auto* key) {
-        return isSame(std::optional<Value>(valueOf(*key)), first);
-    });
-    return isCommon ? first : std::nullopt;
 }
 
 std::optional<QPointF> handleOf(const EditableMotionCurveKey& key, TangentSide side) {
@@ -76,20 +71,30 @@ Keys keysThat(const Keys& keys, Predicate predicate) {
 KeyEdits::KeyEdits(Document& document)
     : _document(document) {}
 
+// One walk for everything: with thousands of keys each of them has to be fetched from memory.
 KeyEdits::Common KeyEdits::commonOf(const Keys& keys) {
-    Common common;
-    common.leftType =
-        commonValue<Type>(keys, [](const auto& key) { return key.getTangentType(TangentSide::left); });
-    common.rightType =
-        commonValue<Type>(keys, [](const auto& key) { return key.getTangentType(TangentSide::right); });
-    common.isSmooth = commonValue<bool>(keys, [](const auto& key) { return key.isSmooth(); });
-    common.isSymmetrical = commonValue<bool>(keys, [](const auto& key) { return key.isSymmetrical(); });
-    common.frame = commonValue<unsigned int>(keys, [](const auto& key) { return ZT::index(&key); });
-    common.value = commonValue<float>(keys, [](const auto& key) { return key.getValue(); });
-    common.leftHandle =
-        commonValue<QPointF>(keys, [](const auto& key) { return handleOf(key, TangentSide::left); });
-    common.rightHandle =
-        commonValue<QPointF>(keys, [](const auto& key) { return handleOf(key, TangentSide::right); });
+    if (keys.isEmpty()) {
+        return {};
+    }
+    const EditableMotionCurveKey& first = **keys.begin();
+    Common common{first.getTangentType(TangentSide::left),
+                  first.getTangentType(TangentSide::right),
+                  first.isSmooth(),
+                  first.isSymmetrical(),
+                  ZT::index(&first),
+                  first.getValue(),
+                  handleOf(first, TangentSide::left),
+                  handleOf(first, TangentSide::right)};
+    for (const EditableMotionCurveKey* const key : keys) {
+        keepIfSame(common.leftType, [=] { return key->getTangentType(TangentSide::left); });
+        keepIfSame(common.rightType, [=] { return key->getTangentType(TangentSide::right); });
+        keepIfSame(common.isSmooth, [=] { return key->isSmooth(); });
+        keepIfSame(common.isSymmetrical, [=] { return key->isSymmetrical(); });
+        keepIfSame(common.frame, [=] { return ZT::index(key); });
+        keepIfSame(common.value, [=] { return key->getValue(); });
+        keepIfSame(common.leftHandle, [=] { return handleOf(*key, TangentSide::left); });
+        keepIfSame(common.rightHandle, [=] { return handleOf(*key, TangentSide::right); });
+    }
     return common;
 }
 
