@@ -60,8 +60,15 @@ void KeySelection::forget() {
 }
 
 void KeySelection::_remove(ZT::EditableMotionCurveKey* key) {
-    if (_keys.remove(key)) {
-        Q_EMIT changed();
+    // Once for all keys that leave together.
+    if (_keys.remove(key) && !std::exchange(_isChangePending, true)) {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                _isChangePending = false;
+                Q_EMIT changed();
+            },
+            Qt::QueuedConnection);
     }
 }
 

@@ -44,6 +44,8 @@ public:
     void forget();
 
 Q_SIGNALS:
+    /// Other keys are selected. For keys that have left their curves, once in the next turn of the event
+    /// loop.
     void changed();
 
 private:
@@ -52,6 +54,7 @@ private:
 
     Document& _document;
     Keys _keys;
+    bool _isChangePending = false;
 };
 
 } // namespace Editor
