@@ -10,7 +10,10 @@
 namespace Editor {
 
 KeySelection::KeySelection(Document& document)
-    : _document(document) {}
+    : _document(document) {
+    _later.setSingleShot(true);
+    connect(&_later, &QTimer::timeout, this, &KeySelection::changed);
+}
 
 void KeySelection::set(Keys keys) {
     QHash<const ZT::EditableMotionCurve*, bool> isEditable; // Asked once for each curve.
@@ -60,15 +63,8 @@ void KeySelection::forget() {
 }
 
 void KeySelection::_remove(ZT::EditableMotionCurveKey* key) {
-    // Once for all keys that leave together.
-    if (_keys.remove(key) && !std::exchange(_isChangePending, true)) {
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                _isChangePending = false;
-                Q_EMIT changed();
-            },
-            Qt::QueuedConnection);
+    if (_keys.remove(key) && !_later.isActive()) { // Once for all keys that leave together.
+        _later.start();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QSet>
+#include <QTimer>
 
 namespace ZT {
 class EditableMotionCurve;
@@ -54,7 +55,7 @@ private:
 
     Document& _document;
     Keys _keys;
-    bool _isChangePending = false;
+    QTimer _later; ///< tells of keys that have left
 };
 
 } // namespace Editor

@@ -226,7 +226,7 @@ void MainWindow::_connectStatus() {
 }
 
 void MainWindow::_restorePlace() {
-    resize(sizeHint());
+    resize(MainWindow::sizeHint());
     restoreGeometry(_settings.store().value(geometryName).toByteArray());
     _hasPlace = restoreState(_settings.store().value(stateName).toByteArray());
 }
