@@ -24,6 +24,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QSplitter>
+#include <QTimer>
 #include <QToolBar>
 
 #include <exception>
@@ -120,8 +121,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     }
     event->acceptProposedAction();
     // Later, since who drags waits for the drop to end, and a question may come first.
-    QMetaObject::invokeMethod(
-        this, [this, path] { _session.open(path); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this, path] { _session.open(path); });
 }
 
 QWidget* MainWindow::_makeCentre() {
