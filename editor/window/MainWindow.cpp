@@ -121,7 +121,11 @@ void MainWindow::dropEvent(QDropEvent* event) {
     }
     event->acceptProposedAction();
     // Later, since who drags waits for the drop to end, and a question may come first.
-    QTimer::singleShot(0, this, [this, path] { _session.open(path); });
+    auto* const later = new QTimer(this);
+    later->setSingleShot(true);
+    connect(later, &QTimer::timeout, this, [this, path] { _session.open(path); });
+    connect(later, &QTimer::timeout, later, &QObject::deleteLater);
+    later->start();
 }
 
 QWidget* MainWindow::_makeCentre() {
