@@ -1,0 +1,125 @@
+#include "document/KeyEdits.h"
+#include "document/LayerCommands.h"
+#include "tests/editor/support/Gesture.h"
+
+using Editor::dragKeys;
+using EditorScene::Gesture;
+using EditorScene::Key;
+using EditorScene::Keys;
+using EditorScene::Scene;
+
+class InterruptedDragTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void beginningFinishesTheDragBefore();
+    void anotherEditFinishesTheDrag();
+    void undoDuringADragUndoesIt();
+    void savingDuringADragFinishesIt();
+    void anotherAnimationForgetsTheDrag();
+    void removingTheLayerOfADragForgetsIt();
+};
+
+void InterruptedDragTest::beginningFinishesTheDragBefore() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    gesture.drag.cancel();
+    QCOMPARE(scene.frames(), QString("7"));
+    QCOMPARE(scene.history().count(), 1);
+    QCOMPARE(gesture.active, (QList<bool>{true, false, true, false}));
+}
+
+void InterruptedDragTest::anotherEditFinishesTheDrag() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Key* const other = *scene.add(1, {5}).begin();
+    Gesture gesture(scene);
+    const DocumentState before = scene.state();
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    Editor::KeyEdits(scene.document).setValue({other}, 3.0F);
+    QVERIFY(!gesture.drag.isActive());
+    gesture.drag.moveTo({9, 0});
+    gesture.drag.cancel();
+    QCOMPARE(scene.frames(), QString("7"));
+    QCOMPARE(scene.history().count(), 2);
+    scene.history().undo();
+    scene.history().undo();
+    QCOMPARE(scene.changesSince(before), QString());
+}
+
+void InterruptedDragTest::undoDuringADragUndoesIt() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    const DocumentState before = scene.state();
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    scene.history().undo();
+    QCOMPARE(scene.changesSince(before), QString());
+    QVERIFY(!gesture.drag.isActive());
+    gesture.drag.moveTo({4, 0});
+    gesture.drag.finish();
+    QCOMPARE(scene.changesSince(before), QString());
+    scene.history().redo();
+    QCOMPARE(scene.frames(), QString("7"));
+}
+
+void InterruptedDragTest::savingDuringADragFinishesIt() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    scene.document.setSaved("a.xml");
+    QVERIFY(!gesture.drag.isActive());
+    gesture.drag.moveTo({4, 0});
+    gesture.drag.cancel();
+    QCOMPARE(scene.frames(), QString("7"));
+    QVERIFY(!scene.document.isModified());
+    QCOMPARE(scene.history().count(), 1);
+}
+
+void InterruptedDragTest::anotherAnimationForgetsTheDrag() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    for (const bool hasMoved : {true, false}) {
+        Gesture gesture(scene);
+        gesture.drag.begin(dragKeys(hasMoved ? keys : scene.add(0, {5})));
+        if (hasMoved) {
+            gesture.drag.moveTo({2, 0});
+        }
+        scene.document.replace(EditorScene::animationOf({"other"}), QString());
+        QVERIFY(!gesture.drag.isActive());
+        QCOMPARE(gesture.active, (QList<bool>{true, false}));
+        gesture.drag.moveTo({4, 0});
+        gesture.drag.finish();
+        QCOMPARE(scene.history().count(), 0);
+        QCOMPARE(scene.frames(), QString());
+    }
+}
+
+void InterruptedDragTest::removingTheLayerOfADragForgetsIt() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    const DocumentState before = scene.state();
+    Gesture gesture(scene);
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    scene.history().push(new Editor::RemoveLayerCommand(scene.document, 0));
+    gesture.drag.moveTo({4, 0});
+    gesture.drag.cancel();
+    QCOMPARE(scene.document.layerCount(), 2);
+    scene.history().undo();
+    QCOMPARE(scene.frames(), QString("7"));
+    scene.history().undo();
+    QCOMPARE(scene.changesSince(before), QString());
+}
+
+QTEST_GUILESS_MAIN(InterruptedDragTest)
+#include "InterruptedDragTest.moc"
