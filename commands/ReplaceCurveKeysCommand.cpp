@@ -62,7 +62,8 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 void ReplaceCurveKeysCommand::redo() {
     const CurvesKeysMap standing = _standingAmong(_keysToInsert);
     FirstException thrown;
-    CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, thrown);
+    _undone.clear();
+    CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, _redone, thrown);
     _leaveOutStanding(standing, gone);
     _keepWhereNothingWasDone(_keysToRemove, gone);
     _leaveOutNewcomers(standing, _keysToInsert, gone);
@@ -73,7 +74,8 @@ void ReplaceCurveKeysCommand::redo() {
 
 void ReplaceCurveKeysCommand::undo() {
     FirstException thrown;
-    CurvesKeysMap gone = _replace(_keysToInsert, _keysToRemove, thrown);
+    _redone.clear();
+    CurvesKeysMap gone = _replace(_keysToInsert, _keysToRemove, _undone, thrown);
     _keepWhereNothingWasDone(_keysToInsert, gone);
     _keysToInsert = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
@@ -82,6 +84,7 @@ void ReplaceCurveKeysCommand::undo() {
 
 ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const CurvesKeysMap& toRelease,
                                                                          const CurvesKeysMap& toInsert,
+                                                                         QSet<EditableMotionCurve*>& finished,
                                                                          FirstException& thrown) {
     QSet<EditableMotionCurve*> curves;
     for (auto curve = toRelease.keyBegin(); curve != toRelease.keyEnd(); ++curve) {
@@ -90,6 +93,7 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const C
     for (auto curve = toInsert.keyBegin(); curve != toInsert.keyEnd(); ++curve) {
         curves.insert(*curve);
     }
+    curves.subtract(finished);
     CurvesKeysMap gone;
     for (EditableMotionCurve* const curve : std::as_const(curves)) {
         thrown.guard([&] {
@@ -109,6 +113,11 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const C
                 [&] { curve.key()->releaseAndInsertKeys(toInsert.value(curve.key()), curve.value()); });
         }
         gone.clear();
+    }
+    if (thrown) {
+        finished.unite(QSet<EditableMotionCurve*>(gone.keyBegin(), gone.keyEnd()));
+    } else {
+        finished.clear();
     }
     return gone;
 }

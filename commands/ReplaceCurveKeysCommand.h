@@ -6,6 +6,7 @@
 
 #include <QList>
 #include <QMap>
+#include <QSet>
 #include <QUndoCommand>
 
 namespace ZT {
@@ -22,7 +23,7 @@ namespace ZT::AnimCmd {
 ///
 /// Signals are those of EditableMotionCurve::releaseAndInsertKeys(), curve by curve in no particular order.
 /// What slots or a curve throw is thrown when all curves have had their turn; a curve whose turn ended so has
-/// given nothing up and taken nothing in.
+/// given nothing up and taken nothing in. Trying again does what was left.
 class ZT_COMMANDS_EXPORT ReplaceCurveKeysCommand : public QUndoCommand {
 public:
     using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
@@ -49,9 +50,10 @@ protected:
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 
 private:
-    /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed.
+    /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed or
+    /// that an earlier try has @p finished.
     CurvesKeysMap _replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert,
-                           FirstException& thrown);
+                           QSet<ZT::EditableMotionCurve*>& finished, FirstException& thrown);
     /// The keys to insert that stand in their curve already, with their frames.
     static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
@@ -63,6 +65,9 @@ private:
 
     CurvesKeysMap _keysToRemove; ///< after redo, what the curves gave up
     CurvesKeysMap _keysToInsert; ///< after undo, what the curves gave up
+    /// After an exception, the curves in which redo, or undo, was carried out all the same.
+    QSet<ZT::EditableMotionCurve*> _redone;
+    QSet<ZT::EditableMotionCurve*> _undone;
     DetachedKeys _detachedKeys;
 };
 

@@ -54,9 +54,10 @@ class KeyTrail;
 /// first arrives. Two operations are taken back instead, since the keys that they would have given to their
 /// caller must not be lost: release() and releaseAndInsertKeys(); the way back is announced like the way
 /// there. And a single key that was to be displaced or removed stays when a slot throws at
-/// keyAboutToBeRemoved(). reorganizeKeys() throws its own exception instead, as it hands over keys. The same
-/// holds for std::bad_alloc, except that insert() has destroyed the displaced key by then; deserialize() and
-/// the constructors then change nothing.
+/// keyAboutToBeRemoved(). reorganizeKeys() throws its own exception instead, as it hands over keys; a slot
+/// that calls it catches that itself, since keys in an exception that is not the first have no owner. The
+/// same holds for std::bad_alloc, except that insert() has destroyed the displaced key by then; deserialize()
+/// and the constructors then change nothing.
 ///
 /// Frames are counted from 0; no two keys stand at one frame. Looking a key up costs O(1), looking a frame up
 /// O(log n), single edits O(log n), bulk operations O(n log n).

@@ -28,6 +28,8 @@ public:
         }
     }
 
+    explicit operator bool() const noexcept { return static_cast<bool>(_exception); }
+
     void rethrow() const {
         if (_exception) {
             std::rethrow_exception(_exception);

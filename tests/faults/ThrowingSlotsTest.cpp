@@ -41,6 +41,7 @@ private Q_SLOTS:
     void theFirstOfSeveralExceptionsIsTheOneThatArrives();
     void aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame();
     void aReplacementThatASlotStoppedCanBeDoneAgain();
+    void aReplacementThatASlotStoppedInOneOfTwoCurvesCanBeDoneAgain();
     void aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain();
     void takingBackAnnouncesNoFrameThatWasNeverTheGreatest();
 };
@@ -165,6 +166,37 @@ void ThrowingSlotsTest::aReplacementThatASlotStoppedCanBeDoneAgain() {
         QCOMPARE(scene.state(), before);
     }
     QVERIFY(emission > 5);
+}
+
+// What the first try took out of the other curve must be there for undo after the second.
+void ThrowingSlotsTest::aReplacementThatASlotStoppedInOneOfTwoCurvesCanBeDoneAgain() {
+    using Curves = QMap<FaultScene::Curve*, FaultScene::Curve::KeysIndexMap>;
+    for (const std::size_t stopped : {0U, 1U}) {
+        FaultScene scene;
+        const QString before = scene.state();
+        scene.command = std::make_unique<ZT::AnimCmd::ReplaceCurveKeysCommand>(
+            Curves{{&scene.curve(0), {{scene.key(0), 2}}}, {&scene.curve(1), {{scene.key(4), 2}}}},
+            Curves{{&scene.curve(0), {{scene.key(8), 4}}}, {&scene.curve(1), {{scene.key(9), 6}}}});
+        const auto tryOnce = [&](auto step) {
+            const auto stop = connect(&scene.curve(stopped), &FaultScene::Curve::keyAboutToBeRemoved,
+                                      [] { throw SlotFailure(); });
+            QVERIFY_EXCEPTION_THROWN(step(), SlotFailure);
+            disconnect(stop);
+            QCOMPARE(scene.fault(), QString());
+        };
+        tryOnce([&] { scene.command->redo(); });
+        scene.command->redo();
+        QCOMPARE(scene.curve(0).getIndexList(), (std::set<unsigned int>{4, 6, 8}));
+        QCOMPARE(scene.curve(1).getIndexList(), (std::set<unsigned int>{4, 6, 8}));
+        const QString after = scene.state();
+        tryOnce([&] { scene.command->undo(); });
+        scene.command->undo();
+        QCOMPARE(scene.state(), before);
+        scene.command->redo();
+        QCOMPARE(scene.state(), after);
+        scene.command->undo();
+        QCOMPARE(scene.state(), before);
+    }
 }
 
 void ThrowingSlotsTest::aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain() {
