@@ -21,12 +21,14 @@ function(ea_configure target)
   endif()
 endfunction()
 
-# ea_library(<floor> <export macro prefix> <sources>...): one floor of the house as EditableAnimation::<floor>.
-# Its export header is generated as <folder>/Export.h beside the floor's own headers.
+# ea_library(<floor> <export macro prefix> SOURCES <sources>... HEADERS <headers>...): one floor of the house as
+# EditableAnimation::<floor>, and the component <floor> of the installed package. The headers are its interface; others
+# are not installed. Its export header is generated as <folder>/Export.h beside them.
 function(ea_library floor prefix)
+  cmake_parse_arguments(arg "" "" "SOURCES;HEADERS" ${ARGN})
   set(target EditableAnimation${floor})
   string(TOLOWER ${floor} folder)
-  add_library(${target} ${ARGN})
+  add_library(${target} ${arg_SOURCES})
   add_library(EditableAnimation::${floor} ALIAS ${target})
   ea_configure(${target})
   # Nobody replaces the library's functions by others of the same names, so that they may call each other directly.
@@ -34,14 +36,19 @@ function(ea_library floor prefix)
   generate_export_header(${target}
     BASE_NAME ${prefix}
     EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
-  target_include_directories(${target} PUBLIC
-    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>)
+  target_sources(${target} PUBLIC
+    FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${arg_HEADERS}
+    FILE_SET generated TYPE HEADERS BASE_DIRS ${PROJECT_BINARY_DIR}/include
+      FILES ${PROJECT_BINARY_DIR}/include/${folder}/Export.h)
   if(NOT BUILD_SHARED_LIBS)
     target_compile_definitions(${target} PUBLIC ${prefix}_STATIC_DEFINE)
   endif()
   set_target_properties(${target} PROPERTIES
+    EXPORT_NAME ${floor}
     POSITION_INDEPENDENT_CODE ON
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR})
+    SOVERSION ${EDITABLEANIMATION_SOVERSION})
+  if(EDITABLEANIMATION_INSTALL)
+    ea_install_library(${floor})
+  endif()
 endfunction()

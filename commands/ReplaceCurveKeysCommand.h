@@ -44,8 +44,8 @@ public:
     void redo() override;
 
 protected:
-    int removedCurves() const { return _keysToRemove.size(); }
-    int insertedCurves() const { return _keysToInsert.size(); }
+    int removedCurves() const { return static_cast<int>(_keysToRemove.size()); }
+    int insertedCurves() const { return static_cast<int>(_keysToInsert.size()); }
     void addKeyToRemove(EditableMotionCurveKey* key);
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 

@@ -87,9 +87,14 @@ public:
     /// Ends of handles relative to their key: frames, then value units.
     using TangentPosMap = QMap<ZT::EditableMotionCurveKey*, QPair<float, float>>;
     using KeySideMap = QMultiMap<ZT::EditableMotionCurveKey*, ZT::TangentSide>;
-    /// May hold two entries for a key; then all are applied in the map's order.
-    using TangentTypeMap =
-        QMap<ZT::EditableMotionCurveKey*, QPair<ZT::TangentSide, VQ::Math::Interpolation::InterpolationType>>;
+    using TypeOfSide = QPair<ZT::TangentSide, VQ::Math::Interpolation::InterpolationType>;
+    /// May hold two entries for a key; then all are applied in the map's order. Qt 5's QMultiMap is a QMap and
+    /// can be given for it; Qt 6's is a class of its own, and its QMap holds one entry for a key.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    using TangentTypeMap = QMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
+#else
+    using TangentTypeMap = QMultiMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
+#endif
     using KeyStateMap = QMap<ZT::EditableMotionCurveKey*, bool>;
     using RationalSeconds = VQ::Animation::RationalSeconds;
     /// Keys with the records that they had at some time.

@@ -6,6 +6,7 @@
 #include "base/animation/SerializationInterface.h"
 #include "base/math/Interpolation.h"
 #include "model/Export.h"
+#include "model/TreeMetaType.h"
 
 #include <QObject>
 #include <QPair>

@@ -45,8 +45,11 @@ std::vector<FaultOperation> faultyEdits() {
     };
     const auto flags = [](Scene& s) { return s.forEachStanding<bool>([](Key*) { return true; }); };
     const auto types = [](Scene& s) {
-        return s.forEachStanding<QPair<Side, Type>>(
-            [](Key*) { return QPair<Side, Type>(Side::left, Type::bezier); });
+        Curve::TangentTypeMap map;
+        for (Key* const key : s.standing()) {
+            map.insert(key, {Side::left, Type::bezier});
+        }
+        return map;
     };
     return {
         {"insert", Law::carriedThrough, nothing, [](Scene& s) { s.curve().insert(9, s.key(8)); }},

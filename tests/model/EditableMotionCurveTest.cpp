@@ -25,7 +25,11 @@ static_assert(std::is_same_v<Curve::KeyPosMap, QMap<Key*, QPointF>>);
 static_assert(std::is_same_v<Curve::KeysSet, QSet<Key*>>);
 static_assert(std::is_same_v<Curve::TangentPosMap, QMap<Key*, QPair<float, float>>>);
 static_assert(std::is_same_v<Curve::KeySideMap, QMultiMap<Key*, Side>>);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 static_assert(std::is_same_v<Curve::TangentTypeMap, QMap<Key*, QPair<Side, Type>>>);
+#else
+static_assert(std::is_same_v<Curve::TangentTypeMap, QMultiMap<Key*, QPair<Side, Type>>>);
+#endif
 static_assert(std::is_same_v<Curve::KeyStateMap, QMap<Key*, bool>>);
 static_assert(std::is_same_v<Curve::RationalSeconds,
                              boost::chrono::duration<boost::rational<int>, boost::ratio<1, 1>>>);

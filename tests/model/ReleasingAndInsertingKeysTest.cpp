@@ -37,6 +37,7 @@ private Q_SLOTS:
     }
 
     void aKeyNamedTwiceIsGivenBackAtTheFrameWhereItStood() {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
         LetteredCurve c({3, 8});
         const std::unique_ptr<EditableMotionCurveKey> gone(c[0]);
         QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
@@ -45,9 +46,13 @@ private Q_SLOTS:
         QCOMPARE(c.curve.releaseAndInsertKeys(twice, {}), (EditableMotionCurve::KeysIndexMap{{c[0], 3}}));
         QCOMPARE(gone->getParentCurve(), nullptr);
         QCOMPARE(c.layout(), QString("b@8"));
+#else
+        QSKIP("Qt 6's QMap holds one entry for a key");
+#endif
     }
 
     void aKeyNamedTwiceIsTakenBackToTheFrameWhereItStood() {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
         LetteredCurve c({3, 8});
         QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
         twice.insert(c[0], 99);
@@ -57,6 +62,9 @@ private Q_SLOTS:
         QObject::connect(&c.curve, &EditableMotionCurve::keysChanged, [] { throw std::runtime_error("no"); });
         QVERIFY_EXCEPTION_THROWN(c.curve.releaseAndInsertKeys(twice, {}), std::runtime_error);
         QCOMPARE(c.layout(), QString("a@3 b@8"));
+#else
+        QSKIP("Qt 6's QMap holds one entry for a key");
+#endif
     }
 
     void aDisplacedKeyIsGivenBackWithItsFrame() {

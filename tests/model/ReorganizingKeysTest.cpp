@@ -29,6 +29,7 @@ private Q_SLOTS:
     }
 
     void ofAKeyNamedTwiceTheFirstEntryPlacesIt() {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
         LetteredCurve c({3, 8});
         QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
         twice.insert(c[0], 7);
@@ -36,6 +37,9 @@ private Q_SLOTS:
         c.curve.reorganizeKeys(twice);
         QCOMPARE(c.layout(), QString("a@5 b@8"));
         QCOMPARE(c.recorder.take(), QString("a.indexChanged(5), curve.keysChanged()"));
+#else
+        QSKIP("Qt 6's QMap holds one entry for a key");
+#endif
     }
 
     void namedKeysHaveLeftBeforeTheFirstIsPlaced() {

@@ -68,7 +68,7 @@ public:
         return text;
     }
 
-    int count(const QString& entry) const { return _entries.count(entry); }
+    int count(const QString& entry) const { return static_cast<int>(_entries.count(entry)); }
 
 private:
     template <class Sender, class... Arguments>
