@@ -1,0 +1,34 @@
+#include "commands/Printing.h"
+
+#include "commands/MergeableCommand.h"
+
+#include <QDebugStateSaver>
+
+#include <ostream>
+
+namespace ZT::AnimCmd {
+
+namespace {
+
+QString textOf(const QUndoCommand* command) {
+    if (command == nullptr) {
+        return QStringLiteral("no command");
+    }
+    const auto* const step = dynamic_cast<const MergeableCommand*>(command);
+    const char* const drag = step == nullptr ? "" : step->isFinalCommand() ? ", final" : ", open";
+    return QStringLiteral("command \"%1\"%2").arg(command->text(), QString::fromUtf8(drag));
+}
+
+} // namespace
+
+QDebug operator<<(QDebug debug, const QUndoCommand* command) {
+    const QDebugStateSaver saver(debug);
+    debug.noquote().nospace() << textOf(command);
+    return debug;
+}
+
+std::ostream& operator<<(std::ostream& stream, const QUndoCommand& command) {
+    return stream << textOf(&command).toStdString();
+}
+
+} // namespace ZT::AnimCmd
