@@ -30,6 +30,7 @@ namespace ZT::AnimCmd {
 /// What slots throw is thrown when the command is done.
 class ZT_COMMANDS_EXPORT ChangeRangeCommand : public QUndoCommand, public MergeableCommand {
 public:
+    /// Keys with frames, counted from 0.
     using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
 
     /// By itself it changes the range only, from what the markers show to [rangeStart, rangeEnd]; undo puts
@@ -38,31 +39,48 @@ public:
                        unsigned int rangeEnd, bool finalCommand);
     ~ChangeRangeCommand() override;
 
+    /// redo() and undo() emit for each curve what its reorganizeKeys() emits, then the markers' signals.
+    /// mergeWith() takes steps with the same id(), which is 3, while the drag is open: redo() then gives the
+    /// step's keys the step's frames, undo() those that only the step names theirs too, and the text speaks
+    /// of the whole drag. The step gives its failedKeys() away, although it comes as a constant: the history
+    /// deletes it.
+    ///@{
     void undo() override;
     void redo() override;
     int id() const override;
     bool mergeWith(const QUndoCommand* other) override;
+    ///@}
     bool isFinalCommand() const override;
 
     /// The keys that the last redo() or undo() could not place, and those of steps merged since.
     const std::vector<ZT::EditableMotionCurveKey*>& failedKeys() const noexcept { return _failedKeys; }
 
 protected:
+    /// For each curve keys of it with frames, counted from 0.
     using CurvesKeysMap = QMap<ZT::EditableMotionCurve*, QMap<ZT::EditableMotionCurveKey*, unsigned int>>;
+    /// What the markers take for the user range.
     struct Range {
+        /// The first and the last frame, both of them in the range.
+        ///@{
         unsigned int start = 0;
         unsigned int end = 0;
+        ///@}
     };
 
+    /// Has each curve give its keys these frames. failedKeys() starts anew and names those of all curves;
+    /// they are the command's until a curve holds them. What slots throw is thrown when all curves have had
+    /// their turn.
     void reorganizeKeys(const CurvesKeysMap& indices);
     /// Exchanges the markers' range with the pending one.
     void updateRange();
 
+    /// What the markers have at this moment.
     Range markersRange() const;
     /// Forgets all keys: the command changes nothing but the range.
     void forgetKeys();
     /// Sets a template with the places %1 to %4 and the text made from it.
     void setRangeText(const QString& textTemplate, const Range& from, const Range& to);
+    /// For a subclass whose mergeWith() has tests of its own: the attempt begins before them.
     MergeState& mergeState() noexcept { return _mergeState; }
 
     CurvesKeysMap newIndices; ///< what redo() gives; filled by the subclasses

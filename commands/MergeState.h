@@ -5,6 +5,7 @@ namespace ZT::AnimCmd {
 /// How far a mergeable command's drag has come: what every mergeWith() keeps in the same way.
 class MergeState {
 public:
+    /// @p finalCommand: whether the step ends its drag.
     explicit MergeState(bool finalCommand) noexcept
         : _finalCommand(finalCommand) {}
 
@@ -17,6 +18,7 @@ public:
         return !_finalCommand;
     }
 
+    /// The attempt succeeded: the drag is open or ended as @p absorbed was built or merged.
     void accept(const MergeState& absorbed) noexcept {
         _finalCommand = absorbed._finalCommand;
         _lastMergeAccepted = true;

@@ -24,16 +24,23 @@ namespace ZT::AnimCmd {
 /// done.
 class ZT_COMMANDS_EXPORT MoveCurveKeysCommand : public QUndoCommand, public MergeableCommand {
 public:
+    /// Keys with positions: x the frame, counted from 0, y the value.
     using KeyPosMap = EditableMotionCurve::KeyPosMap;
 
     /// @p positions: x the target frame, y the target value. Keys that are null or in no curve are left out.
     MoveCurveKeysCommand(const KeyPosMap& positions, bool finalCommand);
     ~MoveCurveKeysCommand() override;
 
+    /// redo() and undo() emit for each curve what its moveKeys() emits; then, where keys are elsewhere, what
+    /// reorganizeKeys() emits, and for values that are written back valueChanged() and keysChanged().
+    /// mergeWith() takes the step's targets over and keeps the captured positions; keys that changed curves
+    /// between the steps still are the same keys. id() is 1.
+    ///@{
     void undo() override;
     void redo() override;
     int id() const override;
     bool mergeWith(const QUndoCommand* other) override;
+    ///@}
     bool isFinalCommand() const override;
 
 private:

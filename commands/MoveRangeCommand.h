@@ -21,6 +21,7 @@ public:
                      unsigned int oldEnd, unsigned int newStart, bool finalCommand);
     ~MoveRangeCommand() override;
 
+    /// 4: no other range command merges with this one.
     int id() const override;
 };
 

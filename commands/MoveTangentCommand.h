@@ -27,16 +27,23 @@ class ZT_COMMANDS_EXPORT MoveTangentCommand : public QUndoCommand, public Mergea
 public:
     /// @p first in frames and @p second in value units are the end of the handle relative to its key. Keys
     /// that are null or in no curve are left out.
+    ///@{
     MoveTangentCommand(const QSet<ZT::EditableMotionCurveKey*>& keys, ZT::TangentSide side, float first,
                        float second, bool finalCommand);
     MoveTangentCommand(ZT::EditableMotionCurveKey* key, ZT::TangentSide side, float first, float second,
                        bool finalCommand);
+    ///@}
     ~MoveTangentCommand() override;
 
+    /// redo() and undo() emit for each curve the keys' tangentsChanged() and keysChanged(), and once more
+    /// both where opposite handles are written back. mergeWith() takes the step's offset over and keeps keys,
+    /// side and what undo() gives. id() is 2.
+    ///@{
     void undo() override;
     void redo() override;
     int id() const override;
     bool mergeWith(const QUndoCommand* other) override;
+    ///@}
     bool isFinalCommand() const override;
 
 private:

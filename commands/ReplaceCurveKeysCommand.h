@@ -13,6 +13,7 @@ namespace ZT {
 class FirstException;
 }
 
+/// Edits as entries of a QUndoStack.
 namespace ZT::AnimCmd {
 
 /// Takes keys out of curves and puts others in, across any number of curves. Never merges.
@@ -26,7 +27,9 @@ namespace ZT::AnimCmd {
 /// given nothing up and taken nothing in. Trying again does what was left.
 class ZT_COMMANDS_EXPORT ReplaceCurveKeysCommand : public QUndoCommand {
 public:
+    /// Keys with frames, counted from 0.
     using KeysIndexMap = EditableMotionCurve::KeysIndexMap;
+    /// The same for each curve.
     using CurvesKeysMap = QMap<ZT::EditableMotionCurve*, KeysIndexMap>;
 
     /// Per curve, the keys to take out and the keys to put in, each with its frame. A key that does not stand
@@ -40,13 +43,23 @@ public:
 
     ~ReplaceCurveKeysCommand() override;
 
+    /// redo() notes what the curves gave up, keys displaced by those put in among it; undo() puts just that
+    /// back, each key at the frame that it left. A further redo() does the same with what undo() took out.
+    ///@{
     void undo() override;
     void redo() override;
+    ///@}
 
 protected:
+    /// How many curves the command names, for the texts that constructors make; redo() and undo() change it.
+    ///@{
     int removedCurves() const { return static_cast<int>(_keysToRemove.size()); }
     int insertedCurves() const { return static_cast<int>(_keysToInsert.size()); }
+    ///@}
+    /// Names a key to take out of its curve, from where it stands now. Ignores null and keys in no curve.
     void addKeyToRemove(EditableMotionCurveKey* key);
+    /// Names a key to put into @p curve at frame @p index and takes ownership; neither when one of them is
+    /// null.
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 
 private:
@@ -74,6 +87,7 @@ private:
 /// Puts keys into curves.
 class ZT_COMMANDS_EXPORT AddCurveKeysCommand : public ReplaceCurveKeysCommand {
 public:
+    /// Per curve, the keys to hand over, with their frames.
     explicit AddCurveKeysCommand(QMap<ZT::EditableMotionCurve*, KeysIndexMap> keys);
     /// Does nothing when @p key or @p curve is null.
     AddCurveKeysCommand(ZT::EditableMotionCurveKey* key, ZT::EditableMotionCurve* curve, unsigned int index);

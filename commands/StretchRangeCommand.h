@@ -23,13 +23,20 @@ public:
     /// keys with the frames from which the new ones are computed; keys that are null or in no curve are left
     /// out. An end that does not move, a range that is or would be reversed, or an empty map gives a command
     /// that changes nothing.
+    ///
+    /// Deliberate: without a key inside, the range collapses; where the start comes too near to an end that
+    /// is not above the number of keys, only the range changes. See
+    /// aStretchWithoutKeysInsideCollapsesTheRange() and aStartStretchIsGivenUpOneFrameEarly().
     StretchRangeCommand(ZT::AnimationMarkers* markers, const KeysIndexMap& keys, unsigned int oldStart,
                         unsigned int oldEnd, unsigned int newValue, bool finalCommand,
                         StretchSide stretchSide);
     ~StretchRangeCommand() override;
 
+    /// id() is 5. A step that was built from another old range is refused, which makes this command final.
+    ///@{
     int id() const override;
     bool mergeWith(const QUndoCommand* other) override;
+    ///@}
 
 private:
     struct Candidate;

@@ -11,6 +11,7 @@
 
 #include <memory>
 
+/// The editable model: the records as objects that announce their changes.
 namespace ZT {
 
 class AnimationMarkers;
@@ -47,16 +48,21 @@ public:
     /// Deletes the layers, then the markers.
     ~EditableAnimation() override;
 
+    /// In list order. Iterators are no longer valid when layers come or go.
+    ///@{
     iterator begin();
     iterator end();
     const_iterator begin() const;
     const_iterator end() const;
+    ///@}
     using VQ::Animation::Animation::empty;
     using VQ::Animation::Animation::size;
 
     /// The layer at position @p i, or null when there is none.
+    ///@{
     EditableAnimationLayer* operator[](unsigned long i);
     const EditableAnimationLayer* operator[](unsigned long i) const;
+    ///@}
 
     /// The first layer in list order of that actuator name, or null. O(layers).
     EditableAnimationLayer* getLayer(const QString& name);

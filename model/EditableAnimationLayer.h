@@ -26,12 +26,15 @@ public:
     /// A copy of @p layer whose curve is wrapped. Emits nothing. O(keys).
     explicit EditableAnimationLayer(const VQ::Animation::AnimationLayer& layer);
 
+    /// Deletes the curve with its keys.
     ~EditableAnimationLayer() override;
 
     /// The animation that holds the layer, or null.
     EditableAnimation* getParentAnimation() const noexcept { return _parentAnimation; }
 
+    /// What the layer animates. Bytes of the record that are not UTF-8 read as replacement characters.
     QString getActuatorName() const;
+    /// Whether the layer is silent, for whoever plays it: the model does not ask.
     bool isMute() const noexcept { return mute; }
 
     /// A copy of the plain record, with plain keys. O(keys).
@@ -45,20 +48,24 @@ public:
     using VQ::Animation::AnimationLayer::deserialize;
     using VQ::Animation::AnimationLayer::problemIn;
 
-    /// Null only if the base record holds no curve.
+    /// Owned by the layer. Never null: a record without a curve was given an empty one.
     EditableMotionCurve* getCurve() const noexcept;
 
     /// Views the record of an editable layer as that layer. Nothing is checked.
+    ///@{
     static EditableAnimationLayer* _toEditable(VQ::Animation::AnimationLayer& layer) noexcept;
     static const EditableAnimationLayer* _toEditable(const VQ::Animation::AnimationLayer& layer) noexcept;
+    ///@}
 
     /// A new empty curve connected to this layer but not installed in it; belongs to the caller.
     VQ::Animation::MotionCurve* createCurve() const override;
 
 Q_SIGNALS:
+    /// setActuatorName() gave the layer the name @p pName.
     void nameChanged(const QString& pName);
     /// The curve was replaced, or keys or settings of it changed: once for each such signal of the curve.
     void curveChanged();
+    /// setMute() gave the layer the flag @p pMute. The animation does not pass it on.
     void muteChanged(bool pMute);
     /// As the curve announced it.
     void greaterIndexChanged(unsigned int newGreater, unsigned int previousGreater);

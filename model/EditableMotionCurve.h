@@ -72,30 +72,39 @@ class ZT_MODEL_EXPORT EditableMotionCurve : public QObject, private VQ::Animatio
     };
 
 public:
+    /// A frame, counted from 0.
     using Index = unsigned int;
-    /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
-    /// must not be used); an element is the pair (frame, EditableMotionCurveKey*).
+    /// Steps both ways with `++` and `--`, in ascending frame order (std::prev takes it for an input iterator
+    /// and must not be used); an element is the pair (frame, EditableMotionCurveKey*).
+    ///@{
     using iterator = boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::iterator>;
     using const_iterator =
         boost::iterators::transform_iterator<ToEditable, VQ::Animation::MotionCurve::const_iterator>;
+    ///@}
+    /// Keys with frames, counted from 0.
     using KeysIndexMap = QMap<ZT::EditableMotionCurveKey*, unsigned int>;
     /// x is the frame, y the value.
     using KeyPosMap = QMap<ZT::EditableMotionCurveKey*, QPointF>;
     /// The same as a list.
     using KeyMoves = std::vector<std::pair<ZT::EditableMotionCurveKey*, QPointF>>;
+    /// Keys that are all to be given the same.
     using KeysSet = QSet<ZT::EditableMotionCurveKey*>;
     /// Ends of handles relative to their key: frames, then value units.
     using TangentPosMap = QMap<ZT::EditableMotionCurveKey*, QPair<float, float>>;
+    /// Tangents, named by key and side; a key may stand in it with both.
     using KeySideMap = QMultiMap<ZT::EditableMotionCurveKey*, ZT::TangentSide>;
+    /// A type for the tangent of one side.
     using TypeOfSide = QPair<ZT::TangentSide, VQ::Math::Interpolation::InterpolationType>;
-    /// May hold two entries for a key; then all are applied in the map's order. Qt 5's QMultiMap is a QMap and
-    /// can be given for it; Qt 6's is a class of its own, and its QMap holds one entry for a key.
+    /// May hold two entries for a key; then all are applied in the map's order. Qt 5's QMultiMap is a QMap
+    /// and can be given for it; Qt 6's is a class of its own, and its QMap holds one entry for a key.
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     using TangentTypeMap = QMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
 #else
     using TangentTypeMap = QMultiMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
 #endif
+    /// Keys with the state of one flag, smooth or symmetrical.
     using KeyStateMap = QMap<ZT::EditableMotionCurveKey*, bool>;
+    /// The length of a frame, exact.
     using RationalSeconds = VQ::Animation::RationalSeconds;
     /// Keys with the records that they had at some time.
     using KeyRecords = std::vector<std::pair<ZT::EditableMotionCurveKey*, VQ::Math::Interpolation::Key>>;
@@ -109,6 +118,7 @@ public:
     /// No signal of the curve is emitted. O(n).
     explicit EditableMotionCurve(const VQ::Animation::MotionCurve& curve);
 
+    /// Destroys the keys. Emits nothing.
     ~EditableMotionCurve() override;
 
     /// A copy of the plain record, with plain keys. O(n).
@@ -128,21 +138,29 @@ public:
     using VQ::Animation::MotionCurve::getMaxAbsoluteDerivative;
     using VQ::Animation::MotionCurve::getTimeUnit;
 
+    /// In ascending frame order. An iterator is valid until its key moves or leaves.
+    ///@{
     iterator begin() { return _toEditableIterator(MotionCurve::begin()); }
     iterator end() { return _toEditableIterator(MotionCurve::end()); }
     const_iterator begin() const { return _toEditableIterator(MotionCurve::begin()); }
     const_iterator end() const { return _toEditableIterator(MotionCurve::end()); }
+    ///@}
     using VQ::Animation::MotionCurve::empty;
     using VQ::Animation::MotionCurve::size;
 
     /// The key at @p index, or end().
+    ///@{
     iterator find(unsigned int index);
     const_iterator find(unsigned int index) const;
+    ///@}
 
     /// The key at @p index, or null.
+    ///@{
     EditableMotionCurveKey* getKey(unsigned int index);
     const EditableMotionCurveKey* getKey(unsigned int index) const;
+    ///@}
 
+    /// Whether no key stands at @p index.
     bool isIndexAvailable(unsigned int index) const;
 
     /// The frame of the last key; 0 for an empty curve.
@@ -156,11 +174,15 @@ public:
     unsigned int getIndexOf(const ZT::EditableMotionCurveKey* key) const;
 
     /// The key before the given one; null for the first key and for one that this curve does not hold. O(1).
+    ///@{
     const EditableMotionCurveKey* getPreviousKey(const ZT::EditableMotionCurveKey* key) const;
     EditableMotionCurveKey* getPreviousKey(const ZT::EditableMotionCurveKey* key);
+    ///@}
     /// The key behind the given one; null for the last key and for one that this curve does not hold. O(1).
+    ///@{
     const EditableMotionCurveKey* getNextKey(const ZT::EditableMotionCurveKey* key) const;
     EditableMotionCurveKey* getNextKey(const ZT::EditableMotionCurveKey* key);
+    ///@}
 
     /// Views the record of an editable curve as that curve; null stays null. Nothing is checked.
     static EditableMotionCurve* _toEditable(VQ::Animation::MotionCurve* curve) noexcept {
@@ -170,7 +192,9 @@ public:
     /// The curve's value at @p frame, also between frames; see VQ::Animation::evaluate(). O(log n).
     float valueAt(double frame) const;
 
-    /// The given key, which must be alive, or end(); never throws. O(1).
+    /// The given key, which must be alive; end() for null and for a key that this curve does not hold. Never
+    /// throws. O(1).
+    ///@{
     iterator _find(const ZT::EditableMotionCurveKey* key) {
         if (key != nullptr && isHere(key->_placement())) {
             return _toEditableIterator(VQ::Animation::MotionCurve::iterator(key->_placement().position));
@@ -180,6 +204,7 @@ public:
     const_iterator _find(const ZT::EditableMotionCurveKey* key) const {
         return _toEditableIterator(key != nullptr ? findKey(*key->_record()) : MotionCurve::end());
     }
+    ///@}
 
     /// The frame of the given key, which must be alive; 0 when this curve does not hold it. O(1).
     Index _frameOf(const ZT::EditableMotionCurveKey& key) const {
@@ -193,12 +218,15 @@ public:
     /// Whether the given key, which must be alive, stands in this curve. O(1).
     bool _holds(const ZT::EditableMotionCurveKey* key) const { return _find(key) != end(); }
 
+    /// The same position, whose element names the editable key; the iterator's base() leads back.
+    ///@{
     iterator _toEditableIterator(VQ::Animation::MotionCurve::iterator position) {
         return iterator(position, ToEditable());
     }
     const_iterator _toEditableIterator(VQ::Animation::MotionCurve::const_iterator position) const {
         return const_iterator(position, ToEditable());
     }
+    ///@}
 
     /// Whether a batch runs, or one was left raised: the curve ignores its keys' signals then.
     bool _isInBatch() const noexcept { return _batchDepth != 0; }
@@ -315,8 +343,10 @@ public Q_SLOTS:
     /// could not be placed; those from this curve then belong to the caller.
     void reorganizeKeys(const KeysIndexMap& keysPos);
 
-    /// The nine bulk edits: each applies the key's own setter to each entry and emits the keys' signals, then
-    /// keysChanged() once. Deliberate: an empty container leaves the batch depth raised.
+    /// The nine bulk edits, with setKeysParam(): each applies the key's own setter to each entry and emits
+    /// the keys' signals, then keysChanged() once. Offsets are ends of handles relative to their key: frames,
+    /// then value units. Deliberate: an empty container leaves the batch depth raised.
+    ///@{
     void moveTangents(const KeysSet& tangents, ZT::TangentSide side, QPair<float, float> offset);
     void moveTangents(const TangentPosMap& tangentsPos, ZT::TangentSide side);
     void setTangentsType(const KeySideMap& tangentsSide, VQ::Math::Interpolation::InterpolationType type);
@@ -325,7 +355,9 @@ public Q_SLOTS:
     void setKeysSmooth(const KeyStateMap& keysSmooth);
     void setKeysSymmetrical(const KeysSet& keys, bool symmetrical);
     void setKeysSymmetrical(const KeyStateMap& keysSymmetrical);
-    /// Left type, right type, smooth, symmetrical, in this order.
+    ///@}
+    /// Gives each key the left type, the right type, smooth and symmetrical, in this order, as one of the
+    /// nine bulk edits.
     void setKeysParam(const KeysSet& keys, VQ::Math::Interpolation::InterpolationType type, bool smooth,
                       bool symmetrical);
 
@@ -337,12 +369,14 @@ public Q_SLOTS:
 
     /// Deliberate: the settings are those of the record that the curve was built or read from; the six
     /// setters drop what they are given. See theSettingsSlotsChangeNothing().
+    ///@{
     void setTimeUnit(const RationalSeconds& pTimeUnit);
     void setFps(int pFps);
     void setValueLimits(const QPair<float, float>& pLimits);
     void setMinValue(float pMin);
     void setMaxValue(float pMax);
     void setMaxAbsoluteDerivative(float pMaxAbsoluteDerivative);
+    ///@}
 
     /// Recomputes the automatic handles of every key in frame order, outside any batch.
     void updateBezierAutoTangents();

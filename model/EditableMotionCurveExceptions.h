@@ -18,6 +18,7 @@ public:
 /// A reorganisation of keys found some target frames taken. Thrown after everything else is done.
 class ZT_MODEL_EXPORT EditableMotionCurveReorganizedFail : public std::logic_error {
 public:
+    /// @p keys become failedKeys; the exception deletes none of them.
     explicit EditableMotionCurveReorganizedFail(std::vector<EditableMotionCurveKey*> keys);
 
     /// The keys that could not be placed. They are in no curve and belong to whoever catches the exception;

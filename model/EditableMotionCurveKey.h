@@ -39,6 +39,7 @@ public:
     /// A copy of @p key, neither smooth nor symmetrical, in no curve. Nothing is recomputed.
     EditableMotionCurveKey(const VQ::Math::Interpolation::Key& key);
 
+    /// No curve may hold the key: one that does destroys it itself.
     ~EditableMotionCurveKey() override;
 
     /// A new key with the same record and flags. It is in no curve, even when this key is; the caller owns
@@ -76,8 +77,11 @@ public:
     /// side.
     QPair<float, float> getTangentOffset(ZT::TangentSide side) const noexcept;
 
+    /// The flags themselves, whether or not the types let them act.
+    ///@{
     bool isSmooth() const noexcept { return _smooth; }
     bool isSymmetrical() const noexcept { return _symmetrical; }
+    ///@}
 
     /// The key's record as a tree, with the attributes "symmetrical" and "smooth", in this order, where true.
     boost::property_tree::ptree serialize() const override;
@@ -96,8 +100,10 @@ public:
     }
 
     /// The key's record, by which a curve's map holds it.
+    ///@{
     VQ::Math::Interpolation::Key* _record() noexcept { return this; }
     const VQ::Math::Interpolation::Key* _record() const noexcept { return this; }
+    ///@}
 
     /// Writes the handles of @p record past all rules, each where the tangent has the type that @p record
     /// says and the bits differ; an automatic handle only where it is the same within the tolerance. Used by
@@ -112,20 +118,27 @@ public:
     bool _restoreValue(float pValue);
 
     /// Where the key stands; its curve's to write.
+    ///@{
     VQ::Animation::KeyPlace& _placement() noexcept { return _place; }
     const VQ::Animation::KeyPlace& _placement() const noexcept { return _place; }
+    ///@}
 
     /// How a curve destroys, writes, reads and finds keys of this class.
     static const VQ::Animation::KeyFunctions _keyFunctions;
 
 Q_SIGNALS:
-    /// setValue() changed the value, in value units.
+    /// setValue(), or an undo that restores bits, changed the value, in value units.
     void valueChanged(float pValue);
-    /// A type or handle changed through a type or offset setter, or an automatic handle was recomputed. Not
-    /// emitted when a flag forces types and handles: listeners of the flags read the tangents again.
+    /// A type or handle changed through a type or offset setter, an automatic handle was recomputed, or an
+    /// undo restored a handle. Not emitted when a flag forces types and handles: listeners of the flags read
+    /// the tangents again.
     void tangentsChanged();
+    /// The flag changed, by its setter or by deserialize(). Where it was switched on, the types and handles
+    /// that it forces are there already.
+    ///@{
     void smoothChanged(bool pSmooth);
     void symmetricalChanged(bool pSymmetrical);
+    ///@}
     /// Emitted by the curve, never by the key itself: the key stands at another frame now.
     void indexChanged(unsigned int);
 

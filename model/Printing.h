@@ -34,6 +34,7 @@ ZT_MODEL_EXPORT QDebug operator<<(QDebug debug, const EditableAnimation* animati
 ZT_MODEL_EXPORT QDebug operator<<(QDebug debug, const AnimationMarkers* markers);
 
 /// GoogleTest's printers: the same lines.
+///@{
 ZT_MODEL_EXPORT void PrintTo(const EditableMotionCurveKey* key, std::ostream* stream);
 ZT_MODEL_EXPORT void PrintTo(const EditableMotionCurve* curve, std::ostream* stream);
 ZT_MODEL_EXPORT void PrintTo(const EditableAnimationLayer* layer, std::ostream* stream);
@@ -47,6 +48,7 @@ inline void PrintTo(EditableMotionCurve* curve, std::ostream* stream) {
 inline void PrintTo(EditableAnimationLayer* layer, std::ostream* stream) {
     PrintTo(static_cast<const EditableAnimationLayer*>(layer), stream);
 }
+///@}
 
 /// Qt Test's printers give their text away: the caller deletes it.
 template <class Record>
@@ -55,6 +57,7 @@ char* recordToTestString(const Record& record) {
     text << record;
     return qstrdup(text.str().c_str());
 }
+/// For Qt Test; the caller deletes the text.
 inline char* toString(TangentSide side) {
     return recordToTestString(side);
 }
@@ -63,6 +66,7 @@ inline char* toString(TangentSide side) {
 
 namespace VQ::Math {
 
+/// For Qt Test; the caller deletes the text.
 inline char* toString(const Position2D& point) {
     return ZT::recordToTestString(point);
 }
@@ -71,11 +75,14 @@ inline char* toString(const Position2D& point) {
 
 namespace VQ::Math::Interpolation {
 
+/// For Qt Test; the caller deletes the text.
+///@{
 inline char* toString(InterpolationType type) {
     return ZT::recordToTestString(type);
 }
 inline char* toString(const Key& key) {
     return ZT::recordToTestString(key);
 }
+///@}
 
 } // namespace VQ::Math::Interpolation

@@ -10,6 +10,7 @@
 #include <memory>
 #include <string>
 
+/// The plain records of an animation, their trees and files, and what they evaluate to. Needs no Qt.
 namespace VQ::Animation {
 
 /// An ordered, owning list of layers.
@@ -17,27 +18,41 @@ class VQ_EXPORT Animation : public SerializationInterface {
     using Layers = boost::ptr_vector<AnimationLayer>;
 
 public:
-    /// Random access, in list order; *it is an AnimationLayer&.
+    /// Random access, in list order; *it is an AnimationLayer&. As with a vector, no longer valid when layers
+    /// come or go.
+    ///@{
     using iterator = Layers::iterator;
     using const_iterator = Layers::const_iterator;
+    ///@}
 
+    /// An animation without layers.
     Animation();
     /// A deep copy; the copied layers and their curves are plain.
     Animation(const Animation& other);
+    /// Takes the layers over as they are; @p other is empty then.
     Animation(Animation&& other) noexcept;
+    /// Takes the layers of @p other, or of its deep copy, over; the old ones are deleted.
     Animation& operator=(Animation other) noexcept;
+    /// Deletes the layers.
     virtual ~Animation();
 
+    /// In list order.
+    ///@{
     iterator begin();
     iterator end();
     const_iterator begin() const;
     const_iterator end() const;
+    ///@}
+    /// The number of layers.
     std::size_t size() const noexcept;
+    /// Whether there is no layer.
     bool empty() const noexcept;
 
     /// The first layer in list order that animates @p actuatorName, or end(). O(layers).
+    ///@{
     iterator find(const std::string& actuatorName);
     const_iterator find(const std::string& actuatorName) const;
+    ///@}
 
     /// Inserts @p layer before @p position and takes ownership, also when it throws: boost::bad_pointer for
     /// null. Returns the iterator to it.

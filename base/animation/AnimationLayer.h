@@ -16,14 +16,18 @@ public:
     /// The name of what the layer animates, UTF-8. Other bytes are kept as they are, also in trees; only an
     /// XML file is refused with them.
     std::string actuatorName;
+    /// Whether the channel is silent, for whoever plays it: evaluation does not ask.
     bool mute = false;
 
     /// A layer without name that holds an empty curve.
     AnimationLayer();
     /// A deep copy; the copied curve is plain.
     AnimationLayer(const AnimationLayer& other);
+    /// Takes name, flag and the curve itself over. @p other is left without a curve.
     AnimationLayer(AnimationLayer&& other) noexcept;
+    /// Takes the same of @p other, or of its deep copy; the old curve is deleted.
     AnimationLayer& operator=(AnimationLayer other) noexcept;
+    /// Deletes the curve.
     virtual ~AnimationLayer();
 
     /// The attributes "name" and, where true, "mute", and the element "curve".

@@ -15,7 +15,9 @@ struct KeyPlace;
 /// object. The class that builds a curve's keys chooses one such table for it, so that erasing, clearing and
 /// destroying always end the whole object and a written key keeps all that belongs to it.
 struct KeyFunctions {
+    /// Ends the whole object that the key is part of. No curve holds the key by then.
     void (*destroy)(Math::Interpolation::Key* key) noexcept;
+    /// The tree of the whole object, without the frame, which the curve adds.
     boost::property_tree::ptree (*write)(const Math::Interpolation::Key& key);
     /// Returns false and leaves the key unchanged when the tree does not describe a key.
     bool (*read)(Math::Interpolation::Key& key, const boost::property_tree::ptree& tree);

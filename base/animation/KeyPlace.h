@@ -18,6 +18,7 @@ struct KeyPlace {
     /// The map under a curve's pointer map.
     using Map = std::map<unsigned int, void*, std::less<>>;
 
+    /// Nowhere.
     KeyPlace() noexcept
         : mapNumber(0)
         , wasShared(0) {}
@@ -25,6 +26,7 @@ struct KeyPlace {
     std::uint64_t mapNumber : 63; ///< of no map where the key stands nowhere
     std::uint64_t wasShared : 1;  ///< once held by two curves, of which the place names one at most
     unsigned int frame = 0;       ///< the position's, at hand without it
+    /// The key's element in the map of that number; dangling where the key stands nowhere.
     Map::iterator position;
 };
 

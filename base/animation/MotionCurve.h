@@ -32,29 +32,43 @@ class VQ_EXPORT MotionCurve : public SerializationInterface {
     using Places = KeyPlace::Map;
 
 public:
-    /// Steps both ways with ++ and --, in ascending frame order (std::prev takes it for an input iterator and
-    /// must not be used); an element is ->first, the frame, and ->second, the Key*.
+    /// Steps both ways with `++` and `--`, in ascending frame order (std::prev takes it for an input iterator
+    /// and must not be used); an element is ->first, the frame, and ->second, the Key*.
+    ///@{
     using iterator = KeyMap::iterator;
     using const_iterator = KeyMap::const_iterator;
+    ///@}
 
     /// An empty curve at 25 frames a second without limits.
     MotionCurve();
     /// A deep copy: settings and a plain record of each key, whatever objects @p other holds. O(n log n).
     MotionCurve(const MotionCurve& other);
+    /// Takes settings and keys over, the keys as the objects that they are; iterators to them stay valid.
+    /// Then
+    /// @p other is an empty curve of plain keys at 25 frames a second without limits. O(1).
     MotionCurve(MotionCurve&& other) noexcept;
+    /// Takes the same of @p other, or of its deep copy; the old keys are destroyed.
     MotionCurve& operator=(MotionCurve other) noexcept;
+    /// Destroys the keys.
     virtual ~MotionCurve();
 
+    /// In ascending frame order.
+    ///@{
     iterator begin() { return _keys.begin(); }
     iterator end() { return _keys.end(); }
     const_iterator begin() const { return _keys.begin(); }
     const_iterator end() const { return _keys.end(); }
+    ///@}
+    /// The number of keys.
     std::size_t size() const noexcept { return _keys.size(); }
+    /// Whether there is no key.
     bool empty() const noexcept { return _keys.empty(); }
 
     /// The key at @p frame, or end(). O(log n).
+    ///@{
     iterator find(unsigned int frame);
     const_iterator find(unsigned int frame) const;
+    ///@}
 
     /// The last key at or before @p frame, or end(). O(log n).
     const_iterator findAtOrBefore(unsigned int frame) const;
@@ -86,23 +100,30 @@ public:
 
     /// The length of one frame, above zero in every curve: setting another one throws std::invalid_argument
     /// and changes nothing. What is written can be read, then.
+    ///@{
     const RationalSeconds& getTimeUnit() const noexcept { return _settings.timeUnit; }
     void setTimeUnit(const RationalSeconds& timeUnit);
+    ///@}
 
     /// Minimum, then maximum, in value units. Kept for the curve's users, bit by bit whatever they are; keys
     /// are not clamped.
+    ///@{
     std::pair<float, float> getValueLimits() const noexcept { return _settings.valueLimits; }
     void setValueLimits(const std::pair<float, float>& limits) { _settings.valueLimits = limits; }
+    ///@}
 
     /// The steepest slope that the actuator allows, in value units per second.
+    ///@{
     float getMaxAbsoluteDerivative() const noexcept { return _settings.maxAbsoluteDerivative; }
     void setMaxAbsoluteDerivative(float maximum) { _settings.maxAbsoluteDerivative = maximum; }
+    ///@}
 
 protected:
     /// A key taken out of the map together with its node, so that putting it back copies nothing. While it is
     /// out, it belongs to whoever holds this handle.
     class DetachedKey {
     public:
+        /// Only for a handle that holds a key: one that was neither released nor attached.
         Key* key() const noexcept { return static_cast<Key*>(_node.mapped()); }
         /// Gives up the node; the key stays with the caller.
         Key* release() noexcept;
@@ -112,21 +133,25 @@ protected:
         Places::node_type _node;
     };
 
-    /// For a derived class whose keys are parts of larger objects: an empty curve with the settings of @p
-    /// other.
+    /// For a derived class whose keys are parts of larger objects, which @p functions know: an empty curve
+    /// with the settings of @p other, or those of MotionCurve(). The table must outlive the curve.
+    ///@{
     MotionCurve(const KeyFunctions& functions, const MotionCurve& other);
     explicit MotionCurve(const KeyFunctions& functions);
+    ///@}
 
     /// Whether this is a place in this curve.
     bool isHere(const KeyPlace& place) const noexcept { return place.mapNumber == _mapNumber; }
 
     /// The given key, which must be alive, or end() when this curve does not hold it. The keys must carry
     /// their places. O(1), but O(n) for a key that another curve took in although a curve held it.
+    ///@{
     iterator findKey(const Key& key) {
         const KeyPlace& place = _functions->place(key);
         return isHere(place) ? iterator(place.position) : place.wasShared != 0 ? _seek(key) : end();
     }
     const_iterator findKey(const Key& key) const { return const_cast<MotionCurve*>(this)->findKey(key); }
+    ///@}
 
     /// The key at @p frame, or end(). O(log n), beside the key that was placed or sought last O(1).
     iterator findBeside(unsigned int frame);

@@ -11,6 +11,7 @@ namespace VQ::Animation {
 
 /// The first place in a text that an XML file in UTF-8 cannot hold.
 struct XmlTextFault {
+    /// In bytes from the beginning of the text.
     std::size_t position;
     std::string what; ///< "the byte 0xFF, which is not UTF-8"
 };

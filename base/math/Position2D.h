@@ -4,14 +4,19 @@
 
 #include <cmath>
 
+/// Points and handles in the plane of a curve.
 namespace VQ::Math {
 
 /// A point or vector in the plane of a curve: x in frames, y in value units.
 struct Position2D {
+    /// In frames.
     float x = 0.0F;
+    /// In value units.
     float y = 0.0F;
 
+    /// The origin.
     constexpr Position2D() noexcept = default;
+    /// @p pX in frames, @p pY in value units.
     constexpr Position2D(float pX, float pY) noexcept
         : x(pX)
         , y(pY) {}
@@ -25,10 +30,12 @@ struct Position2D {
     }
 
     /// IEEE comparison of both coordinates: a NaN equals nothing, zeros of either sign are equal.
+    ///@{
     friend constexpr bool operator==(const Position2D& a, const Position2D& b) noexcept {
         return a.x == b.x && a.y == b.y;
     }
     friend constexpr bool operator!=(const Position2D& a, const Position2D& b) noexcept { return !(a == b); }
+    ///@}
 
 private:
     // In double the squares of two floats can neither overflow nor vanish.

@@ -10,6 +10,7 @@
 /// What a view does, without a window: it marks itself when anything changes and reads when it is painted.
 class CurveWatcher : public QObject {
 public:
+    /// Stale until it is painted. Either of the two may die first.
     explicit CurveWatcher(const ZT::EditableAnimation& animation) {
         connect(&animation, &ZT::EditableAnimation::layersChanged, this, [this] { _isStale = true; });
     }

@@ -9,8 +9,10 @@
 /// A drag of keys with the mouse, from press to release, as one entry of a history.
 class KeyDrag {
 public:
+    /// What is dragged; its curve owns it.
     using Key = ZT::EditableMotionCurveKey;
 
+    /// @p history owns the commands and outlives the drag.
     explicit KeyDrag(QUndoStack& history)
         : _history(history) {}
 

@@ -10,6 +10,7 @@
 /// same bits, and a factor of 0 nothing at all.
 class ScaleValuesCommand : public QUndoCommand {
 public:
+    /// Captures all keys that @p curve holds.
     ScaleValuesCommand(ZT::EditableMotionCurve& curve, float factor)
         : _curve(curve)
         , _factor(static_cast<double>(factor)) {
@@ -19,6 +20,7 @@ public:
         setText(QStringLiteral("Scale values"));
     }
 
+    /// From the captured values, so that doing it again never scales twice.
     void redo() override {
         ZT::EditableMotionCurve::KeyPosMap scaled;
         for (auto entry = _before.cbegin(); entry != _before.cend(); ++entry) {
@@ -27,6 +29,7 @@ public:
         _move(scaled);
     }
 
+    /// Puts frames and values back where they were captured.
     void undo() override { _move(_before); }
 
 private:
