@@ -29,9 +29,7 @@ Animation& Animation::operator=(Animation other) noexcept {
     return *this;
 }
 
-Animation::~Animation() {
-    Animation::clear();
-}
+Animation::~Animation() = default;
 
 Animation::iterator Animation::begin() {
     return _layers.begin();

@@ -81,15 +81,8 @@ float evaluateSegment(unsigned int leftFrame, const Key& left, unsigned int righ
     const Point first = handle(left.rightTangentType, left.rightTangentOffset, 1.0, length, rise);
     const Point second = handle(right.leftTangentType, right.leftTangentOffset, -1.0, length, rise);
     const double t = parameterAt(x, first.x, 1.0 - second.x);
-    const std::array<double, 4> y{double{left.value}, double{left.value} + first.y,
-                                  double{right.value} + second.y, double{right.value}};
-    const double value = cubic(y[0], y[1], y[2], y[3], t);
-    if (!std::isfinite(value)) {
-        return Math::toFloat(value);
-    }
-    // A cubic stays in the hull of its controls; rounding must not carry it out.
-    const auto [lowest, highest] = std::minmax_element(y.begin(), y.end());
-    return Math::toFloat(std::clamp(value, *lowest, *highest));
+    return Math::toFloat(cubic(double{left.value}, double{left.value} + first.y,
+                               double{right.value} + second.y, double{right.value}, t));
 }
 
 float evaluate(const MotionCurve& curve, double frame) {

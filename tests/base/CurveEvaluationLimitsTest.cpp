@@ -89,6 +89,28 @@ private slots:
         QVERIFY(value > evaluateSegment(0, flat, 10, right, 5.0));
     }
 
+    void aLevelCurveOfTheLargestNumbersIsLevelEverywhere() {
+        for (const float value : {std::numeric_limits<float>::max(), std::numeric_limits<float>::lowest()}) {
+            const Key key = bezier(value, {-2.0F, 0.0F}, {3.0F, 0.0F});
+            for (int step = 1; step < 1000; ++step) {
+                QCOMPARE(evaluateSegment(0, key, 10, key, step * 0.01), value);
+            }
+        }
+    }
+
+    // What a cubic on the same line gives differs in its last bits.
+    void aLinearSegmentRunsThroughItsZeroExactly() {
+        const Key left{-1.0F, InterpolationType::linear, {}, InterpolationType::linear, {}};
+        for (const unsigned int length : {3U, 7U, 11U, 1000003U}) {
+            const Key right{static_cast<float>(length) - 1.0F,
+                            InterpolationType::linear,
+                            {},
+                            InterpolationType::linear,
+                            {}};
+            QCOMPARE(evaluateSegment(0, left, length, right, 1.0), 0.0F);
+        }
+    }
+
     void theHandleOnALinearSideLiesAThirdAlongTheStraightLine() {
         const Key linear{2.0F, InterpolationType::linear, {}, InterpolationType::linear, {7.0F, 7.0F}};
         const Key third = bezier(2.0F, {}, {4.0F, 2.0F});

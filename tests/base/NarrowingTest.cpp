@@ -31,6 +31,17 @@ private slots:
         QCOMPARE(VQ::Math::floatBits(toFloat(-1e-60)), VQ::Math::floatBits(-0.0F));
     }
 
+    void numbersJustBeyondTheLargestFloatBecomeThatOne() {
+        const float largest = std::numeric_limits<float>::max();
+        const double tie = double{largest} + std::ldexp(1.0, 103);
+        for (const double value : {std::nextafter(double{largest}, HUGE_VAL), std::nextafter(tie, 0.0)}) {
+            QCOMPARE(toFloat(value), largest);
+            QCOMPARE(toFloat(-value), -largest);
+        }
+        QCOMPARE(toFloat(tie), std::numeric_limits<float>::infinity());
+        QCOMPARE(toFloat(-tie), -std::numeric_limits<float>::infinity());
+    }
+
     void numbersBeyondTheLargestFloatBecomeInfinite() {
         const double largest = double{std::numeric_limits<float>::max()};
         for (const double value : {largest * 1.001, 1e39, std::numeric_limits<double>::max(), HUGE_VAL}) {

@@ -174,7 +174,7 @@ private Q_SLOTS:
         key.setValue(notANumber);
         QCOMPARE(recorder.take(), QString("key.valueChanged(nan), key.valueChanged(nan)"));
         QVERIFY(std::isnan(key.getValue()));
-        for (const Offset offset : {Offset(notANumber, 0.0F), Offset(0.0F, notANumber)}) {
+        for (const Offset& offset : {Offset(notANumber, 0.0F), Offset(0.0F, notANumber)}) {
             key.setLeftTangentOffset(offset);
             key.setLeftTangentOffset(offset);
             key.setTangentOffset(Side::right, offset);
