@@ -98,16 +98,14 @@ private slots:
         }
     }
 
-    // What a cubic on the same line gives differs in its last bits.
+    // What a cubic on the same line gives differs in its last bits, which are all that is left of a zero.
     void aLinearSegmentRunsThroughItsZeroExactly() {
-        const Key left{-1.0F, InterpolationType::linear, {}, InterpolationType::linear, {}};
-        for (const unsigned int length : {3U, 7U, 11U, 1000003U}) {
-            const Key right{static_cast<float>(length) - 1.0F,
-                            InterpolationType::linear,
-                            {},
-                            InterpolationType::linear,
-                            {}};
-            QCOMPARE(evaluateSegment(0, left, length, right, 1.0), 0.0F);
+        constexpr unsigned int length = 64;
+        for (unsigned int zero = 1; zero < length; ++zero) {
+            const auto value = static_cast<float>(zero);
+            const Key left{-value, InterpolationType::linear, {}, InterpolationType::linear, {}};
+            const Key right{length - value, InterpolationType::linear, {}, InterpolationType::linear, {}};
+            QVERIFY(evaluateSegment(0, left, length, right, zero) == 0.0F);
         }
     }
 
