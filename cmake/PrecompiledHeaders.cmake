@@ -14,10 +14,15 @@ set(EDITABLEANIMATION_QT_HEADERS
 
 function(precompile_headers)
   target_precompile_headers(EditableAnimationBase PRIVATE ${EDITABLEANIMATION_PLAIN_HEADERS})
-  target_precompile_headers(EditableAnimationModel PRIVATE
-    ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS})
-  target_precompile_headers(EditableAnimationCommands PRIVATE
-    ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS} <QUndoCommand>)
+  if(EDITABLEANIMATION_MODEL)
+    target_precompile_headers(EditableAnimationModel PRIVATE
+      ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS})
+    target_precompile_headers(EditableAnimationCommands PRIVATE
+      ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS} <QUndoCommand>)
+  endif()
+  if(NOT EDITABLEANIMATION_TESTS)
+    return()
+  endif()
   # Programs that share headers must link the same parts of Qt, as nearly all of one of these folders do.
   get_property(folders DIRECTORY ${PROJECT_SOURCE_DIR}/tests PROPERTY SUBDIRECTORIES)
   list(FILTER folders INCLUDE REGEX "/(base|model|commands|editor)$")

@@ -187,6 +187,14 @@ private slots:
         QCOMPARE(Records::of(curve), before);
     }
 
+    void keysOfACurveThatIsMovedDieAsWhatTheyAre() {
+        Watched::Curve curve;
+        curve.add(3);
+        { const MotionCurve taken(std::move(static_cast<MotionCurve&>(curve))); }
+        QVERIFY(curve.empty());
+        QVERIFY(Watched::everyKeyDiedOnce());
+    }
+
     void movingKeepsTheKeyObjects() {
         MotionCurve curve;
         Records::fill(curve);
