@@ -52,7 +52,9 @@ public:
     void setSaved(const QString& path);
     /// There is something that no file holds. Emits pathChanged() when it changes the answer to isModified().
     void setUnsaved();
-    bool isModified() const { return _isUnsaved || !_history.isClean(); }
+    /// Whether there is work that would be lost: edits, and the start and end markers where they are not as
+    /// in the file. Which frame is the current one is no work.
+    bool isModified() const { return _isUnsaved || !_history.isClean() || _isSpanMoved; }
 
     int layerCount() const { return static_cast<int>(_animation->size()); }
     /// Null where there is none.
@@ -93,15 +95,24 @@ Q_SIGNALS:
     void lookChanged(int index);
     /// Path or isModified() changed.
     void pathChanged();
+    /// The start or the end marker moved, other than by replace().
+    void spanChanged();
 
 private:
+    using Span = std::pair<unsigned int, unsigned int>;
+
     void _observe();
+    void _keepSpan();
+    void _compareSpan();
+    Span _span() const;
 
     std::unique_ptr<ZT::EditableAnimation> _animation;
     std::vector<LayerLook> _looks; ///< one for each layer
     std::unique_ptr<KeySelection> _selection;
     QUndoStack _history;
     QString _path;
+    Span _savedSpan; ///< start and end marker in the file
+    bool _isSpanMoved = false;
     bool _isUnsaved = false;
 };
 
