@@ -62,13 +62,7 @@ int edit(const CommandLine& line) {
     dialogs.setWindow(&window);
     window.show();
     // Later, since questions about a file belong in front of the window.
-    QTimer::singleShot(0, &window, [&] {
-        if (line.files().isEmpty()) {
-            window.session().offerRecovery();
-        } else {
-            window.session().open(line.files().first());
-        }
-    });
+    QTimer::singleShot(0, &window, [&] { window.session().start(line.files().value(0)); });
     return QApplication::exec();
 }
 

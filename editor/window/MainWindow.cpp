@@ -75,6 +75,7 @@ MainWindow::MainWindow(Workspace& workspace, Settings& settings, FileDialogs& di
     connect(_fileActions, &FileActions::settingsAsked, this, &MainWindow::_changeSettings);
     connect(_fileActions, &FileActions::quitAsked, this, &QWidget::close);
     connect(&_session, &FileSession::nameChanged, this, &MainWindow::_showTitle);
+    connect(&workspace.drag, &Drag::activeChanged, &_session, &FileSession::setGestureActive);
     connect(&settings, &Settings::changed, this, &MainWindow::_applySettings);
     connect(&workspace.document, &Document::replaced, this, &MainWindow::_applyUndoLimit);
     _applySettings();

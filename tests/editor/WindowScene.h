@@ -22,6 +22,11 @@ public:
         QCoreApplication::processEvents(); // Everything finds its place.
     }
 
+    /// No copy of its work stays.
+    ~WindowScene() { window.session().leave(); }
+    WindowScene(const WindowScene&) = delete;
+    WindowScene& operator=(const WindowScene&) = delete;
+
     /// The command of that name; the test fails where there is none.
     QAction& action(const char* name) {
         auto* const found = window.findChild<QAction*>(name);
