@@ -30,7 +30,7 @@ public:
     QString path(const QString& name) const { return directory.filePath(name); }
 
     /// A file with TwoLayers, but for the value of a's first key.
-    QString makeFile(const QString& name, float value) {
+    QString makeFile(const QString& name, float value) const {
         Editor::Document other;
         other.replace(TwoLayers::data(), QString());
         TwoLayers::key(other, 0, 0)->setValue(value);

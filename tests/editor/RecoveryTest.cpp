@@ -25,7 +25,7 @@ void removeOwnData() {
 
 /// A copy of work of a program that is gone, as makeFile() makes a file.
 QString leaveBehind(Scene& scene, const QString& file, float value, int number = 1) {
-    const QString copy = CrashCopy::pathOf(file, number);
+    QString copy = CrashCopy::pathOf(file, number);
     QDir().mkpath(QFileInfo(copy).absolutePath());
     if (!QFile::rename(scene.makeFile("crashed.xml", value), copy)) {
         qFatal("no copy could be made");

@@ -20,11 +20,14 @@ int main(int argc, char** argv) {
         Editor::Autosave autosave(document);
         UnsavedWork::open(document, QCoreApplication::arguments().value(2));
         UnsavedWork::edit(document);
-        QTimer::singleShot(2 * Editor::Autosave::delay, &document, [] {
+        QTimer written;
+        written.setSingleShot(true);
+        QObject::connect(&written, &QTimer::timeout, &document, [] {
             std::cout << "edited" << std::endl;
             std::cin.get();
             QCoreApplication::quit();
         });
+        written.start(2 * Editor::Autosave::delay);
         const int code = QCoreApplication::exec();
         autosave.discard();
         return code;
