@@ -8,6 +8,7 @@
 
 #include <initializer_list>
 #include <optional>
+#include <set>
 
 namespace Editor {
 
@@ -21,7 +22,7 @@ public:
 
     explicit KeyEdits(Document& document);
 
-    /// What all keys have in common; empty where they differ or there are none.
+    /// What all keys have in common; empty where they differ or there are none. And the types that occur.
     struct Common {
         std::optional<Type> leftType;
         std::optional<Type> rightType;
@@ -31,6 +32,8 @@ public:
         std::optional<float> value;
         std::optional<QPointF> leftHandle; ///< frames, value units; of "bezier" tangents
         std::optional<QPointF> rightHandle;
+        std::set<Type> leftTypes; ///< those of any key
+        std::set<Type> rightTypes;
     };
     static Common commonOf(const KeySelection::Keys& keys);
 
