@@ -10,8 +10,6 @@
 #include <QMimeData>
 #include <QToolBar>
 
-#include <stdexcept>
-
 using TwoLayers::key;
 using TwoLayers::Type;
 using ZT::TangentSide;
@@ -64,17 +62,9 @@ private Q_SLOTS:
     void aTypeIsGivenToBothSidesOrToOne_data();
     void aTypeIsGivenToBothSidesOrToOne();
     void aTypeThatAllKeysHaveLeavesNoEntryAndItsMark();
-    void checkMarksSayWhatAllSelectedKeysAre();
-    void keysOfDifferentSmoothnessShowAsMixedAndBecomeSmooth();
-    void undoOfAFlagAloneTakesItsMarkBack();
-    void typesThatOnlySomeKeysHaveShowAsMixed();
-    void mixedStatesLookDifferentInMenuToolBarAndContextMenu();
     void pastedKeysStandAtTheCurrentFrame();
     void aRefusedPasteIsSaidAndChangesNothing();
     void keysThatArePushedAsideAreSaidToBe();
-    void anEditThatFailsIsSaidAndChangesNothing_data();
-    void anEditThatFailsIsSaidAndChangesNothing();
-    void anUndoThatFailsIsSaid();
     void aKeyIsInsertedIntoTheCurrentLayerAtTheCurrentFrame();
     void noKeyIsInsertedWhereOneStandsOrTheLayerIsLocked();
     void theSelectionCanBeMadeWholeAndInverted();
@@ -165,108 +155,6 @@ void WindowActionsTest::aTypeThatAllKeysHaveLeavesNoEntryAndItsMark() {
     QCOMPARE(scene.history().count(), 0);
 }
 
-void WindowActionsTest::checkMarksSayWhatAllSelectedKeysAre() {
-    WindowScene scene;
-    TwoLayers::select(scene.document(), 20);
-    QTRY_VERIFY(scene.action("typeBezier").isChecked());
-    QVERIFY(scene.action("leftTypeBezier").isChecked());
-    QVERIFY(!scene.action("typeLinear").isChecked());
-    scene.action("leftTypeLinear").trigger();
-    QVERIFY(!scene.action("typeBezier").isChecked());
-    QVERIFY(scene.action("leftTypeLinear").isChecked());
-    QVERIFY(scene.action("rightTypeBezier").isChecked());
-    TwoLayers::select(scene.document(), 10); // a differs from b on both sides.
-    QTRY_VERIFY(!scene.action("leftTypeLinear").isChecked());
-    for (const char* const name :
-         {"leftTypeConstant", "rightTypeBezier", "rightTypeBezierAuto", "typeConstant"}) {
-        QVERIFY2(!scene.action(name).isChecked(), name);
-    }
-}
-
-void WindowActionsTest::keysOfDifferentSmoothnessShowAsMixedAndBecomeSmooth() {
-    WindowScene scene;
-    key(scene.document(), 0, 20)->setSmooth(true);
-    TwoLayers::select(scene.document(), 20);
-    QAction& smooth = scene.action("smooth");
-    QTRY_VERIFY(smooth.text().contains("mixed"));
-    QVERIFY(!smooth.isChecked());
-    smooth.trigger();
-    QVERIFY(key(scene.document(), 0, 20)->isSmooth());
-    QVERIFY(key(scene.document(), 1, 20)->isSmooth());
-    QVERIFY(smooth.isChecked());
-    QVERIFY(!smooth.text().contains("mixed"));
-    QCOMPARE(scene.history().count(), 1);
-    smooth.trigger();
-    QVERIFY(!key(scene.document(), 0, 20)->isSmooth());
-    QVERIFY(!smooth.isChecked());
-    QVERIFY(!scene.action("symmetrical").text().contains("mixed"));
-}
-
-void WindowActionsTest::undoOfAFlagAloneTakesItsMarkBack() {
-    WindowScene scene;
-    TwoLayers::select(scene.document(), 20);
-    QAction& smooth = scene.action("smooth");
-    for (int times = 0; times < 3; ++times) { // The handles are in line after the first time.
-        smooth.trigger();
-    }
-    QVERIFY(smooth.isChecked());
-    scene.action("undo").trigger();
-    QVERIFY(!key(scene.document(), 0, 20)->isSmooth());
-    QTRY_VERIFY(!smooth.isChecked());
-}
-
-void WindowActionsTest::typesThatOnlySomeKeysHaveShowAsMixed() {
-    WindowScene scene;
-    const auto isMixed = [&scene](const char* name) { return scene.action(name).text().contains("(mixed)"); };
-    TwoLayers::select(scene.document(), 20);
-    QTRY_VERIFY(scene.action("typeBezier").isChecked());
-    QVERIFY(!isMixed("typeBezier") && !isMixed("typeLinear"));
-    TwoLayers::select(scene.document(), 10); // Constant and bezier, linear and automatic.
-    QTRY_VERIFY(isMixed("typeBezier"));
-    for (const char* const name : {"typeConstant", "typeLinear", "typeBezierAuto", "leftTypeConstant",
-                                   "leftTypeLinear", "rightTypeBezier", "rightTypeBezierAuto"}) {
-        QVERIFY2(isMixed(name) && !scene.action(name).isChecked(), name);
-        QVERIFY2(scene.action(name).toolTip().contains("(mixed)"), name);
-    }
-    for (const char* const name : {"leftTypeBezier", "leftTypeBezierAuto", "rightTypeConstant"}) {
-        QVERIFY2(!isMixed(name), name);
-    }
-    scene.action("leftTypeLinear").trigger(); // All become so.
-    QTRY_VERIFY(scene.action("leftTypeLinear").isChecked());
-    QVERIFY(!isMixed("leftTypeLinear") && !isMixed("leftTypeConstant"));
-    QCOMPARE(scene.history().count(), 1);
-    scene.action("typeLinear").trigger();
-    QTRY_VERIFY(scene.action("typeLinear").isChecked());
-    QVERIFY(!isMixed("typeLinear") && !isMixed("typeBezier"));
-    QCOMPARE(scene.action("typeLinear").toolTip(), QString("Linear (2)"));
-}
-
-void WindowActionsTest::mixedStatesLookDifferentInMenuToolBarAndContextMenu() {
-    WindowScene scene;
-    const auto pictureOf = [](QWidget& widget) { return widget.grab().toImage(); };
-    QAction& smooth = scene.action("smooth");
-    QWidget* const button = scene.part<QToolBar>("toolBar").widgetForAction(&smooth);
-    QVERIFY(button != nullptr);
-    QVERIFY(scene.window.menuBar()->actions().at(2)->menu()->actions().contains(&smooth));
-    const auto iconOf = [&smooth] { return smooth.icon().pixmap(32, 32).toImage(); };
-    TwoLayers::select(scene.document(), 20);
-    QTRY_VERIFY(smooth.isEnabled());
-    QCoreApplication::processEvents();
-    const QImage none = pictureOf(*button);
-    const QImage noneIcon = iconOf();
-    key(scene.document(), 0, 20)->setSmooth(true);
-    scene.workspace.selection.update();
-    QVERIFY(smooth.text().contains("mixed"));
-    const QImage mixed = pictureOf(*button);
-    QVERIFY(mixed != none);
-    QVERIFY(iconOf() != noneIcon);
-    smooth.trigger();
-    const QImage all = pictureOf(*button);
-    QVERIFY(all != mixed);
-    QVERIFY(all != none);
-    QVERIFY(iconOf() == noneIcon);
-}
-
 void WindowActionsTest::keysThatArePushedAsideAreSaidToBe() {
     WindowScene scene;
     scene.document().selection().selectAll();
@@ -280,62 +168,6 @@ void WindowActionsTest::keysThatArePushedAsideAreSaidToBe() {
     scene.action("duplicate").trigger();
     QCOMPARE(scene.window.status().text(), QString("2 key(s) stood there and were replaced."));
     QCOMPARE(scene.history().count(), 3);
-}
-
-void WindowActionsTest::anEditThatFailsIsSaidAndChangesNothing_data() {
-    QTest::addColumn<QByteArray>("name");
-    for (const char* const name : {"cut", "paste", "duplicate", "delete", "typeConstant", "leftTypeLinear",
-                                   "smooth", "symmetrical", "insertKey"}) {
-        QTest::newRow(name) << QByteArray(name);
-    }
-}
-
-// Slots of whoever listens to the library may throw.
-void WindowActionsTest::anEditThatFailsIsSaidAndChangesNothing() {
-    QFETCH(QByteArray, name);
-    WindowScene scene;
-    scene.history().push(new QUndoCommand);
-    scene.history().undo(); // Can be redone.
-    TwoLayers::select(scene.document(), 20);
-    scene.action("copy").trigger();
-    scene.document().markers().setSelectedIndex(33);
-    const QString before = scene.state();
-    {
-        QObject thrower;
-        const auto fail = [] { throw std::runtime_error("no room"); };
-        for (ZT::EditableAnimationLayer* const layer : scene.document().animation()) {
-            QObject::connect(layer->getCurve(), &ZT::EditableMotionCurve::keyAdded, &thrower, fail);
-            QObject::connect(layer->getCurve(), &ZT::EditableMotionCurve::keyAboutToBeRemoved, &thrower,
-                             fail);
-        }
-        for (ZT::EditableMotionCurveKey* const each : scene.document().selection().keys()) {
-            QObject::connect(each, &ZT::EditableMotionCurveKey::tangentsChanged, &thrower, fail);
-            QObject::connect(each, &ZT::EditableMotionCurveKey::smoothChanged, &thrower, fail);
-            QObject::connect(each, &ZT::EditableMotionCurveKey::symmetricalChanged, &thrower, fail);
-        }
-        scene.action(name.constData()).trigger();
-    }
-    QVERIFY2(scene.window.status().text().contains("no room"), qPrintable(scene.window.status().text()));
-    QCOMPARE(scene.state(), before);
-    QCOMPARE(scene.history().count(), 1);
-    QVERIFY(scene.history().canRedo());
-    TwoLayers::select(scene.document(), 20);
-    scene.action(name.constData()).trigger(); // It works once nobody throws.
-    QCOMPARE(scene.history().index(), 1);
-    QVERIFY(scene.state() != before);
-    scene.history().undo();
-    QCOMPARE(scene.state(), before);
-}
-
-void WindowActionsTest::anUndoThatFailsIsSaid() {
-    WindowScene scene;
-    TwoLayers::select(scene.document(), 20);
-    scene.action("delete").trigger();
-    QObject thrower;
-    QObject::connect(scene.document().layer(0)->getCurve(), &ZT::EditableMotionCurve::keyAdded, &thrower,
-                     [] { throw std::runtime_error("no room"); });
-    scene.action("undo").trigger();
-    QCOMPARE(scene.window.status().text(), QString("Not done: no room."));
 }
 
 void WindowActionsTest::pastedKeysStandAtTheCurrentFrame() {
