@@ -108,6 +108,22 @@ private Q_SLOTS:
         QCOMPARE(scene.names(), QString("arm knee head"));
     }
 
+    void aNameThatAFileCannotHoldIsNotTaken() {
+        LayerPanelScene scene;
+        const QSignalSpy spy(&scene.panel, &LayerPanel::refused);
+        checkNothingHappens(scene, [&scene] {
+            scene.doubleClick(1, LayerModel::nameColumn);
+            auto* const editor = scene.table().findChild<QLineEdit*>();
+            QVERIFY(editor != nullptr);
+            editor->setText("knee\x01"); // As it may be pasted.
+            QTest::keyClick(editor, Qt::Key_Return);
+            QCoreApplication::processEvents();
+        });
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(),
+                 QString("Not renamed: The name holds the character U+0001, which XML cannot hold."));
+    }
+
     void escapeInTheNameKeepsIt() {
         LayerPanelScene scene;
         checkNothingHappens(scene, [&scene] {
