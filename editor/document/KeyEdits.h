@@ -6,9 +6,10 @@
 
 #include <QPointF>
 
+#include <bitset>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
-#include <set>
 
 namespace Editor {
 
@@ -22,6 +23,16 @@ public:
 
     explicit KeyEdits(Document& document);
 
+    /// A set of types, by their numbers.
+    class Types {
+    public:
+        bool contains(Type type) const { return _bits.test(static_cast<std::size_t>(type)); }
+        void insert(Type type) { _bits.set(static_cast<std::size_t>(type)); }
+
+    private:
+        std::bitset<4> _bits;
+    };
+
     /// What all keys have in common; empty where they differ or there are none. And the types that occur.
     struct Common {
         std::optional<Type> leftType;
@@ -32,8 +43,8 @@ public:
         std::optional<float> value;
         std::optional<QPointF> leftHandle; ///< frames, value units; of "bezier" tangents
         std::optional<QPointF> rightHandle;
-        std::set<Type> leftTypes; ///< those of any key
-        std::set<Type> rightTypes;
+        Types leftTypes; ///< those of any key
+        Types rightTypes;
     };
     static Common commonOf(const KeySelection::Keys& keys);
 

@@ -189,8 +189,8 @@ void KeyActions::_update() {
     for (const TypeAction& each : _types) {
         const bool isLeft = common.leftType == each.type;
         const bool isRight = common.rightType == each.type;
-        const bool isAnyLeft = common.leftTypes.count(each.type) > 0;
-        const bool isAnyRight = common.rightTypes.count(each.type) > 0;
+        const bool isAnyLeft = common.leftTypes.contains(each.type);
+        const bool isAnyRight = common.rightTypes.contains(each.type);
         const Share share = !each.side ? shareOf(isLeft && isRight, isAnyLeft || isAnyRight)
                             : *each.side == TangentSide::left ? shareOf(isLeft, isAnyLeft)
                                                               : shareOf(isRight, isAnyRight);

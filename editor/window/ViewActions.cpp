@@ -40,23 +40,23 @@ ViewActions::ViewActions(Workspace& workspace, CurveView& curves, QObject* paren
     Document& document = workspace.document;
     _frameActions = {
         _add(tr("Zoom &In Frames"), "zoomInFrames", {Qt::Key_Plus, Qt::Key_Equal},
-             [&] { FrameNavigator(document, frames).zoom(1.0 / zoomStep); }),
+             [&document, &frames] { FrameNavigator(document, frames).zoom(1.0 / zoomStep); }),
         _add(tr("Zoom &Out Frames"), "zoomOutFrames", {Qt::Key_Minus},
-             [&] { FrameNavigator(document, frames).zoom(zoomStep); }),
+             [&document, &frames] { FrameNavigator(document, frames).zoom(zoomStep); }),
         _add(tr("Scroll to &Earlier Frames"), "scrollToEarlierFrames", {Qt::ALT + Qt::Key_Left},
-             [&] { pan(frames, -panStep); }),
+             [&frames] { pan(frames, -panStep); }),
         _add(tr("Scroll to &Later Frames"), "scrollToLaterFrames", {Qt::ALT + Qt::Key_Right},
-             [&] { pan(frames, panStep); }),
+             [&frames] { pan(frames, panStep); }),
     };
     _valueActions = {
         _add(tr("&Zoom In Values"), "zoomInValues", {Qt::CTRL + Qt::Key_Plus, Qt::CTRL + Qt::Key_Equal},
-             [&] { zoom(values, 1.0 / zoomStep); }),
+             [&values] { zoom(values, 1.0 / zoomStep); }),
         _add(tr("Zoo&m Out Values"), "zoomOutValues", {Qt::CTRL + Qt::Key_Minus},
-             [&] { zoom(values, zoomStep); }),
+             [&values] { zoom(values, zoomStep); }),
         _add(tr("Scroll to &Higher Values"), "scrollToHigherValues", {Qt::Key_PageUp},
-             [&] { pan(values, panStep); }),
+             [&values] { pan(values, panStep); }),
         _add(tr("Scroll to Lo&wer Values"), "scrollToLowerValues", {Qt::Key_PageDown},
-             [&] { pan(values, -panStep); }),
+             [&values] { pan(values, -panStep); }),
     };
     curves.addActions(_valueActions);
 }
