@@ -26,8 +26,8 @@ class ViewAxis;
 /// dragged. A double click on a curve inserts a key. In the ruler the selected frame follows the pointer.
 ///
 /// **Keyboard.** Tab and Shift+Tab step through the current layer's keys and leave the view behind the last
-/// one, Ctrl+Tab leaves it at once. Arrows move the selected keys, with Shift ten times as far; Delete
-/// deletes them. Escape takes the gesture under way back, else it deselects.
+/// one, Ctrl+Tab leaves it at once. Arrows move the selected keys, with Shift ten times as far. Escape
+/// takes the gesture under way back, else it deselects.
 ///
 /// It asks for no context menu itself: see QWidget::customContextMenuRequested(). Locked layers are shown
 /// paler.

@@ -2,6 +2,7 @@
 
 #include "timeline/FrameNavigator.h"
 #include "timeline/TimelineGesture.h"
+#include "timeline/TimelineKeyboard.h"
 #include "timeline/TimelineLayout.h"
 
 #include <QAbstractScrollArea>
@@ -79,16 +80,11 @@ private:
     void _hover(const QPoint& point);
     void _announce(const QString& text);
     void _panTo(const QPoint& point);
-    bool _handleKey(const QKeyEvent& event);
-    void _step(double frames);
-    void _nudge(double frames);
-    void _stepLayer(int layers);
-    void _selectAtCurrentFrame(bool isToggling);
 
     Document& _document;
-    Drag& _drag;
     ViewAxis& _frames;
     FrameNavigator _navigator;
+    TimelineKeyboard _keyboard;
     TimelineGesture _gesture;
     QPointer<ZT::EditableAnimationLayer> _currentLayer; ///< may be out of the animation for a while
     std::optional<QPoint> _panned; ///< where the pointer was when the view was last panned
