@@ -47,8 +47,8 @@ Document::~Document() {
 }
 
 void Document::replace(AnimationData data, const QString& path) {
+    _history.clear(); // First: a drag under way looks at the selection when it is finished.
     _selection->forget();
-    _history.clear();
     _animation = std::move(data.animation);
     _looks.clear();
     for (int i = 0; i < layerCount(); ++i) {
@@ -81,6 +81,14 @@ void Document::setSaved(const QString& path) {
 
 void Document::setUnsaved() {
     if (!std::exchange(_isUnsaved, true)) {
+        Q_EMIT pathChanged();
+    }
+}
+
+void Document::setDragged(bool isDragged) {
+    const bool wasModified = isModified();
+    _isDragged = isDragged;
+    if (isModified() != wasModified) {
         Q_EMIT pathChanged();
     }
 }

@@ -3,9 +3,9 @@
 #include "commands/ChangeKeyParamCommand.h"
 #include "commands/MoveTangentCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
+#include "document/History.h"
 
 #include <QCoreApplication>
-#include <QUndoStack>
 
 #include <cmath>
 #include <utility>
@@ -131,7 +131,7 @@ bool KeyInsertion::_isTurned(const Key& neighbour, TangentSide facing, bool isFr
     return isMoved && !keepsHandle(other, far, directionOf(divided, facing));
 }
 
-ZT::EditableMotionCurveKey* KeyInsertion::push(QUndoStack& history) {
+ZT::EditableMotionCurveKey* KeyInsertion::push(History& history) {
     history.beginMacro(QCoreApplication::translate("Editor::KeyInsertion", "Insert key"));
     if (!_symmetricalNoMore.isEmpty()) {
         history.push(new ZT::AnimCmd::ChangeSymmetryCommand(_symmetricalNoMore, false));

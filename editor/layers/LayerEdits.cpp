@@ -16,7 +16,7 @@ namespace {
 // The commands pushed while it lives are one entry.
 class [[nodiscard]] Macro {
 public:
-    Macro(QUndoStack& history, const QString& text)
+    Macro(History& history, const QString& text)
         : _history(history) {
         _history.beginMacro(text);
     }
@@ -25,7 +25,7 @@ public:
     ~Macro() { _history.endMacro(); }
 
 private:
-    QUndoStack& _history;
+    History& _history;
 };
 
 // Clones have each bit of the keys and their flags; reading a tree would turn the handles of smooth keys
