@@ -3,10 +3,10 @@
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
 #include "document/Drag.h"
-#include "document/DragKind.h"
 #include "document/KeySelection.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/TimelineHeader.h"
+#include "timeline/TimelineKeyboard.h"
 #include "timeline/TimelinePalette.h"
 #include "timeline/TimelineRows.h"
 
@@ -24,8 +24,6 @@
 namespace Editor {
 
 namespace {
-
-constexpr double zoomStep = 1.2; ///< by a notch of the wheel, as by a key
 
 Qt::CursorShape cursorOf(TimelineTarget::Part part) {
     using Part = TimelineTarget::Part;
@@ -47,10 +45,10 @@ Qt::CursorShape cursorOf(TimelineTarget::Part part) {
 TimelineView::TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWidget* parent)
     : QAbstractScrollArea(parent)
     , _document(document)
-    , _drag(drag)
     , _frames(frames)
     , _navigator(document, frames)
-    , _gesture(document, drag) {
+    , _gesture(document, drag)
+    , _keyboard(new TimelineKeyboard(document, drag, _navigator, *this)) {
     setAccessibleName(tr("Timeline"));
     setAccessibleDescription(tr("Left and Right move the selected keys, with Shift by ten frames. Ctrl+Left "
                                 "and Ctrl+Right go to the previous "
@@ -71,6 +69,7 @@ TimelineView::TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWi
             _gesture.dragEnded();
         }
     });
+    connect(_keyboard, &TimelineKeyboard::nudged, this, &TimelineView::_announce);
     _observe();
 }
 
@@ -274,88 +273,8 @@ void TimelineView::keyPressEvent(QKeyEvent* event) {
         _repaint();
     } else if (event->key() == Qt::Key_Escape && !_document.selection().isEmpty()) {
         _document.selection().clear();
-    } else if (_gesture.isActive() || !_handleKey(*event)) {
+    } else if (_gesture.isActive() || !_keyboard->press(*event)) {
         QAbstractScrollArea::keyPressEvent(event);
-    }
-}
-
-bool TimelineView::_handleKey(const QKeyEvent& event) {
-    const bool isShift = (event.modifiers() & Qt::ShiftModifier) != 0;
-    const bool isControl = (event.modifiers() & Qt::ControlModifier) != 0;
-    const double step = isShift ? 10.0 : 1.0;
-    switch (event.key()) {
-    case Qt::Key_Left:
-        isControl ? goToPreviousKey() : _step(-step);
-        return true;
-    case Qt::Key_Right:
-        isControl ? goToNextKey() : _step(step);
-        return true;
-    case Qt::Key_Home:
-        goToStart();
-        return true;
-    case Qt::Key_End:
-        goToEnd();
-        return true;
-    case Qt::Key_Up:
-        _stepLayer(-1);
-        return true;
-    case Qt::Key_Down:
-        _stepLayer(1);
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        _selectAtCurrentFrame(isShift);
-        return true;
-    case Qt::Key_Plus:
-        _navigator.zoom(1.0 / zoomStep);
-        return true;
-    case Qt::Key_Minus:
-        _navigator.zoom(zoomStep);
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Without selected keys the current frame moves, so that the keyboard can go to where it selects some.
-void TimelineView::_step(double frames) {
-    if (_document.selection().isEmpty()) {
-        _navigator.step(frames);
-    } else {
-        _nudge(frames);
-    }
-}
-
-// The drag takes its message back when it ends, which here is at once; it is said in its stead.
-void TimelineView::_nudge(double frames) {
-    QString why;
-    const auto listening = connect(&_drag, &Drag::blocked, this,
-                                   [&why](const QString& text) { why = text.isEmpty() ? why : text; });
-    _drag.begin(dragKeys(_document.selection().keys()));
-    _drag.moveTo(QPointF(frames, 0.0));
-    _drag.finish();
-    disconnect(listening);
-    _announce(why);
-}
-
-void TimelineView::_stepLayer(int layers) {
-    if (_document.layerCount() > 0) {
-        const int current = currentLayer();
-        setCurrentLayer(current < 0 ? 0 : qBound(0, current + layers, _document.layerCount() - 1));
-    }
-}
-
-void TimelineView::_selectAtCurrentFrame(bool isToggling) {
-    KeySelection::Keys keys;
-    for (ZT::EditableMotionCurve* const curve : _navigator.curvesOf(currentLayer())) {
-        if (ZT::EditableMotionCurveKey* const key = curve->getKey(_document.markers().selectedIndex())) {
-            keys.insert(key);
-        }
-    }
-    if (isToggling) {
-        _document.selection().toggle(keys);
-    } else {
-        _document.selection().set(keys);
     }
 }
 

@@ -19,6 +19,7 @@ namespace Editor {
 
 class Document;
 class Drag;
+class TimelineKeyboard;
 class ViewAxis;
 
 /// Layers over time: a row of keys for each layer and one for all together, below a ruler with the current
@@ -31,6 +32,8 @@ class TimelineView : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
+    static constexpr double zoomStep = 1.2; ///< by a notch of the wheel, as by a key
+
     /// All of them must outlive the view.
     TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWidget* parent = nullptr);
 
@@ -79,17 +82,12 @@ private:
     void _hover(const QPoint& point);
     void _announce(const QString& text);
     void _panTo(const QPoint& point);
-    bool _handleKey(const QKeyEvent& event);
-    void _step(double frames);
-    void _nudge(double frames);
-    void _stepLayer(int layers);
-    void _selectAtCurrentFrame(bool isToggling);
 
     Document& _document;
-    Drag& _drag;
     ViewAxis& _frames;
     FrameNavigator _navigator;
     TimelineGesture _gesture;
+    TimelineKeyboard* _keyboard;                        ///< a child
     QPointer<ZT::EditableAnimationLayer> _currentLayer; ///< may be out of the animation for a while
     std::optional<QPoint> _panned; ///< where the pointer was when the view was last panned
     QString _announced;
