@@ -1,5 +1,6 @@
 #pragma once
 
+#include "curves/ViewPicture.h"
 #include "timeline/FrameNavigator.h"
 #include "timeline/TimelineGesture.h"
 #include "timeline/TimelineLayout.h"
@@ -74,10 +75,13 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void _observe();
     void _repaint();
+    void _repaintBand();
+    void _moveCurrentFrame(unsigned int frame);
     void _updateScrollBar();
     void _hover(const QPoint& point);
     void _announce(const QString& text);
@@ -89,7 +93,9 @@ private:
     TimelineGesture _gesture;
     TimelineKeyboard* _keyboard;                        ///< a child
     QPointer<ZT::EditableAnimationLayer> _currentLayer; ///< may be out of the animation for a while
-    std::optional<QPoint> _panned; ///< where the pointer was when the view was last panned
+    ViewPicture _picture;           ///< of all but lines of frames, the rubber band and the focus
+    unsigned int _currentFrame = 0; ///< as painted
+    std::optional<QPoint> _panned;  ///< where the pointer was when the view was last panned
     QString _announced;
 };
 
