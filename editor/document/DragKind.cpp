@@ -47,6 +47,7 @@ public:
         for (const Origin& origin : _origins) {
             _first = std::min(_first, origin.frame);
             _last = std::max(_last, origin.frame);
+            _targets.insert(_targets.cend(), origin.key, QPointF());
         }
     }
 
@@ -64,12 +65,11 @@ public:
         if (reached.isNull()) {
             return nullptr;
         }
-        ZT::AnimCmd::MoveCurveKeysCommand::KeyPosMap targets;
+        auto target = _targets.begin(); // In the order of the origins.
         for (const Origin& origin : _origins) {
-            targets.insert(targets.cend(), origin.key,
-                           QPointF(origin.frame + _frames, inFloatRange(double{origin.value}, reached.y())));
+            *target++ = QPointF(origin.frame + _frames, inFloatRange(double{origin.value}, reached.y()));
         }
-        return std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(targets, isFinal);
+        return std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(_targets, isFinal);
     }
 
     QString problem(const QUndoCommand& /*command*/) const override {
@@ -93,7 +93,8 @@ private:
         float value;
     };
 
-    std::vector<Origin> _origins; ///< by address, as maps want them
+    std::vector<Origin> _origins;                          ///< by address, as maps want them
+    ZT::AnimCmd::MoveCurveKeysCommand::KeyPosMap _targets; ///< of the last step; made once for all steps
     unsigned int _first = std::numeric_limits<unsigned int>::max();
     unsigned int _last = 0;
     double _frames = 0.0; ///< of the last step

@@ -46,8 +46,9 @@ EditActions::EditActions(Workspace& workspace, std::function<ZT::EditableMotionC
     connect(_selectAll, &QAction::triggered, &selection, &KeySelection::selectAll);
     connect(_invert, &QAction::triggered, &selection, &KeySelection::invert);
     connect(&selection, &KeySelection::changed, this, &EditActions::_enable);
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enable);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enablePaste);
     _enable();
+    _enablePaste();
 }
 
 void EditActions::addTo(QMenu& menu) const {
@@ -116,6 +117,10 @@ void EditActions::_enable() {
     for (QAction* const action : {_cutAction, _copyAction, _duplicateAction, _removeAction}) {
         action->setEnabled(hasKeys);
     }
+}
+
+// Asking for the clipboard may mean asking another program: only where it has changed.
+void EditActions::_enablePaste() {
     const QMimeData* const data = QApplication::clipboard()->mimeData();
     _pasteAction->setEnabled(data != nullptr && KeyClipboard::canPaste(data));
 }

@@ -45,6 +45,7 @@ private:
     void _duplicate();
     void _remove();
     void _enable();
+    void _enablePaste();
 
     Workspace& _workspace;
     std::function<ZT::EditableMotionCurve*()> _currentCurve;

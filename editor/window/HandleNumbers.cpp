@@ -8,7 +8,6 @@
 #include <QHash>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace Editor {
@@ -17,28 +16,31 @@ using ZT::EditableMotionCurveKey;
 
 HandleNumbers::HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side)
     : _keys(std::move(keys))
-    , _side(side) {
-    for (auto key = _keys.begin(); key != _keys.end();) {
-        const bool hasHandle = (*key)->getTangentType(side) == KeyEdits::Type::bezier;
-        key = hasHandle ? std::next(key) : _keys.erase(key);
-    }
+    , _side(side) {}
+
+bool HandleNumbers::isEmpty() const {
+    return std::none_of(_keys.begin(), _keys.end(), [this](const auto* key) { return _hasHandle(*key); });
 }
 
 std::optional<float> HandleNumbers::common(Number number) const {
-    if (_keys.isEmpty()) {
-        return std::nullopt;
+    std::optional<float> common;
+    for (const EditableMotionCurveKey* const key : _keys) {
+        if (_hasHandle(*key)) {
+            const float own = _get(*key, number);
+            if (common.value_or(own) != own) {
+                return std::nullopt;
+            }
+            common = own;
+        }
     }
-    const float first = _get(**_keys.begin(), number);
-    const bool isCommon =
-        std::all_of(_keys.begin(), _keys.end(), [&](const auto* key) { return _get(*key, number) == first; });
-    return isCommon ? std::optional(first) : std::nullopt;
+    return common;
 }
 
 void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& edits) const {
     const Number other = number == Number::frames ? Number::value : Number::frames;
     QHash<quint32, KeySelection::Keys> groups; // By the bits of the other number, since NaN equals nothing.
     for (EditableMotionCurveKey* const key : _keys) {
-        if (_get(*key, number) != to) {
+        if (_hasHandle(*key) && _get(*key, number) != to) {
             groups[VQ::Math::floatBits(_get(*key, other))].insert(key);
         }
     }
@@ -56,6 +58,10 @@ void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& e
     if (groups.size() > 1) {
         document.history().endMacro();
     }
+}
+
+bool HandleNumbers::_hasHandle(const EditableMotionCurveKey& key) const {
+    return key.getTangentType(_side) == KeyEdits::Type::bezier;
 }
 
 float HandleNumbers::_get(const EditableMotionCurveKey& key, Number number) const {

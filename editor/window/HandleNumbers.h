@@ -21,8 +21,8 @@ public:
 
     HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side);
 
-    /// Whether there is such a handle at all.
-    bool isEmpty() const noexcept { return _keys.isEmpty(); }
+    /// Whether there is no such handle at all.
+    bool isEmpty() const;
     /// What all handles have in common; empty where they differ or there are none.
     std::optional<float> common(Number number) const;
 
@@ -31,9 +31,10 @@ public:
     void set(Number number, float to, Document& document, KeyEdits& edits) const;
 
 private:
+    bool _hasHandle(const ZT::EditableMotionCurveKey& key) const;
     float _get(const ZT::EditableMotionCurveKey& key, Number number) const;
 
-    KeySelection::Keys _keys; ///< those with such a handle
+    KeySelection::Keys _keys; ///< also those without such a handle, so that none is copied
     ZT::TangentSide _side;
 };
 
