@@ -7,33 +7,39 @@
 #include <QCoreApplication>
 #include <QHash>
 
-#include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace Editor {
 
 using ZT::EditableMotionCurveKey;
 
-HandleNumbers::HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side)
-    : _keys(std::move(keys))
-    , _side(side) {}
-
-bool HandleNumbers::isEmpty() const {
-    return std::none_of(_keys.begin(), _keys.end(), [this](const auto* key) { return _hasHandle(*key); });
+// One walk: with thousands of keys each of them has to be fetched from memory.
+HandleNumbers::HandleNumbers(const KeySelection::Keys& keys, ZT::TangentSide side)
+    : _keys(keys)
+    , _side(side) {
+    for (const EditableMotionCurveKey* const key : keys) {
+        if (_hasHandle(*key)) {
+            _keepIfSame(_frames, _get(*key, Number::frames));
+            _keepIfSame(_value, _get(*key, Number::value));
+            _isEmpty = false;
+            if (!_frames && !_value) {
+                break;
+            }
+        }
+    }
 }
 
 std::optional<float> HandleNumbers::common(Number number) const {
-    std::optional<float> common;
-    for (const EditableMotionCurveKey* const key : _keys) {
-        if (_hasHandle(*key)) {
-            const float own = _get(*key, number);
-            if (common.value_or(own) != own) {
-                return std::nullopt;
-            }
-            common = own;
-        }
+    return number == Number::frames ? _frames : _value;
+}
+
+void HandleNumbers::_keepIfSame(std::optional<float>& common, float own) const {
+    if (_isEmpty && !std::isnan(own)) {
+        common = own;
+    } else if (common != own) {
+        common.reset();
     }
-    return common;
 }
 
 void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& edits) const {
