@@ -56,8 +56,8 @@ void Document::replace(AnimationData data, const QString& path) {
     }
     const unsigned int last = std::max(data.animation->getGreaterIndex(), 1U);
     setMarkers(*data.animation->getMarkers(), data.markers.value_or(MarkerFrames{1, 1, last}));
+    _history.clear(); // First: a drag under way looks at the selection when it is finished.
     _selection->forget();
-    _history.clear();
     _animation = std::move(data.animation);
     _looks = std::move(looks);
     _observe();
@@ -104,6 +104,14 @@ void Document::_compareSpan() {
         Q_EMIT pathChanged();
     }
     Q_EMIT spanChanged();
+}
+
+void Document::setDragged(bool isDragged) {
+    const bool wasModified = isModified();
+    _isDragged = isDragged;
+    if (isModified() != wasModified) {
+        Q_EMIT pathChanged();
+    }
 }
 
 ZT::EditableAnimationLayer* Document::layer(int index) const {

@@ -3,6 +3,7 @@
 #include "commands/ChangeKeyParamCommand.h"
 #include "commands/MoveTangentCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
+#include "document/History.h"
 #include "document/Macro.h"
 
 #include <QCoreApplication>
@@ -132,7 +133,7 @@ bool KeyInsertion::_isTurned(const Key& neighbour, TangentSide facing, bool isFr
     return isMoved && !keepsHandle(other, far, directionOf(divided, facing));
 }
 
-ZT::EditableMotionCurveKey* KeyInsertion::push(QUndoStack& history) {
+ZT::EditableMotionCurveKey* KeyInsertion::push(History& history) {
     Macro macro(history, QCoreApplication::translate("Editor::KeyInsertion", "Insert key"));
     if (!_symmetricalNoMore.isEmpty()) {
         macro.add(std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(_symmetricalNoMore, false));

@@ -1,6 +1,6 @@
 #include "document/Macro.h"
 
-#include <QUndoStack>
+#include "document/History.h"
 
 #include <algorithm>
 #include <exception>
@@ -60,9 +60,11 @@ private:
     bool _isDone = true;
 };
 
-Macro::Macro(QUndoStack& history, const QString& text)
+Macro::Macro(History& history, const QString& text)
     : _history(history)
-    , _entry(std::make_unique<Entry>(text)) {}
+    , _entry(std::make_unique<Entry>(text)) {
+    Q_EMIT history.aboutToChange();
+}
 
 Macro::~Macro() {
     if (_entry != nullptr) {
@@ -80,7 +82,7 @@ void Macro::commit() {
     }
 }
 
-void Macro::push(QUndoStack& history, std::unique_ptr<QUndoCommand> command) {
+void Macro::push(History& history, std::unique_ptr<QUndoCommand> command) {
     Macro macro(history, command->text());
     macro.add(std::move(command));
     macro.commit();

@@ -5,16 +5,17 @@
 
 #include <memory>
 
-class QUndoStack;
-
 namespace Editor {
+
+class History;
 
 /// Edits on their way to one entry of the history: each command is done as it is added. Where commit() is not
 /// reached, as when an exception passes, all are undone; the history, with what can be redone, is as it was.
 class [[nodiscard]] Macro {
 public:
-    /// @p history must outlive the macro. @p text names the entry.
-    Macro(QUndoStack& history, const QString& text);
+    /// Says that @p history is about to change, since commands are done before it has them. It must outlive
+    /// the macro. @p text names the entry.
+    Macro(History& history, const QString& text);
     Macro(const Macro&) = delete;
     Macro& operator=(const Macro&) = delete;
     ~Macro();
@@ -25,12 +26,12 @@ public:
     void commit();
 
     /// The same for one command, whose text is the entry's.
-    static void push(QUndoStack& history, std::unique_ptr<QUndoCommand> command);
+    static void push(History& history, std::unique_ptr<QUndoCommand> command);
 
 private:
     class Entry;
 
-    QUndoStack& _history;
+    History& _history;
     std::unique_ptr<Entry> _entry; ///< null once it is committed
 };
 

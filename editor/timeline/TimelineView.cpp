@@ -6,6 +6,7 @@
 #include "document/KeySelection.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/TimelineHeader.h"
+#include "timeline/TimelineKeyboard.h"
 #include "timeline/TimelinePalette.h"
 #include "timeline/TimelineRows.h"
 
@@ -19,12 +20,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Editor {
 
 namespace {
-
-constexpr double zoomStep = 1.2; ///< by a notch of the wheel
 
 Qt::CursorShape cursorOf(TimelineTarget::Part part) {
     using Part = TimelineTarget::Part;
@@ -76,19 +76,29 @@ TimelineView::TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWi
 void TimelineView::_observe() {
     using Markers = ZT::AnimationMarkers;
     const Markers* const markers = &_document.markers();
-    connect(markers, &Markers::selectedIndexChanged, this, &TimelineView::_repaint);
+    connect(markers, &Markers::selectedIndexChanged, this, &TimelineView::_moveCurrentFrame);
     connect(markers, &Markers::startIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::endIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeStartIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeEndIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeVisibilityChanged, this, &TimelineView::_repaint);
+    _currentFrame = markers->selectedIndex();
     _gesture.forget();
     _updateScrollBar();
     _repaint();
 }
 
 void TimelineView::_repaint() {
+    _picture.spoil();
     viewport()->update();
+}
+
+// In the ruler labels come and go with it.
+void TimelineView::_moveCurrentFrame(unsigned int frame) {
+    const TimelineLayout now = parts();
+    viewport()->update(now.ruler());
+    viewport()->update(now.lineAt(std::exchange(_currentFrame, frame)));
+    viewport()->update(now.lineAt(frame));
 }
 
 int TimelineView::currentLayer() const {
@@ -138,7 +148,12 @@ void TimelineView::resizeEvent(QResizeEvent* event) {
 
 void TimelineView::changeEvent(QEvent* event) {
     QAbstractScrollArea::changeEvent(event);
-    _updateScrollBar(); // The font may be another one.
+    _updateScrollBar();
+    _repaint(); // The colours or the font may be other ones.
+}
+
+void TimelineView::scrollContentsBy(int /*dx*/, int /*dy*/) {
+    _repaint();
 }
 
 void TimelineView::paintEvent(QPaintEvent* /*event*/) {
@@ -147,9 +162,11 @@ void TimelineView::paintEvent(QPaintEvent* /*event*/) {
     const TimelinePalette colours(palette());
     const TimelineRows rows(_document, now, colours, currentLayer());
     const TimelineHeader header(_document.markers(), now, colours);
-    rows.paintGrounds(painter);
-    header.paintGrounds(painter);
-    rows.paintNamesAndKeys(painter);
+    _picture.paint(painter, *viewport(), [&](QPainter& onto) {
+        rows.paintGrounds(onto);
+        header.paintGrounds(onto);
+        rows.paintNamesAndKeys(onto);
+    });
     header.paintLines(painter);
     if (const QRect band = _gesture.band(now); !band.isEmpty()) {
         painter.setPen(colours.selection);
@@ -165,12 +182,12 @@ void TimelineView::paintEvent(QPaintEvent* /*event*/) {
 
 void TimelineView::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
-    _repaint();
+    viewport()->update();
 }
 
 void TimelineView::focusOutEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusOutEvent(event);
-    _repaint();
+    viewport()->update();
 }
 
 void TimelineView::hideEvent(QHideEvent* event) {
@@ -232,7 +249,7 @@ void TimelineView::mouseMoveEvent(QMouseEvent* event) {
     }
     if (_gesture.isActive()) {
         _gesture.move(parts(), event->pos());
-        _repaint(); // The rubber band.
+        _repaintBand();
     }
     if (!_gesture.isActive() || _gesture.movesMarker()) {
         _hover(event->pos());
@@ -243,8 +260,14 @@ void TimelineView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton) {
         _panned.reset();
     } else if (event->button() == Qt::LeftButton && _gesture.isActive()) {
+        _repaintBand(); // It is gone then.
         _gesture.release(parts(), event->pos());
-        _repaint();
+    }
+}
+
+void TimelineView::_repaintBand() {
+    if (_gesture.spansBand()) {
+        viewport()->update();
     }
 }
 
@@ -270,7 +293,7 @@ void TimelineView::_announce(const QString& text) {
 
 void TimelineView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && _gesture.cancel()) {
-        _repaint();
+        viewport()->update();
     } else if (_gesture.isActive() || !_keyboard.press(*event)) {
         QAbstractScrollArea::keyPressEvent(event);
     }

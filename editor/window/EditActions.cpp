@@ -34,7 +34,7 @@ EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QO
     , _invert(dress(new QAction(tr("&Invert Selection"), this), "invertSelection", {Qt::CTRL + Qt::Key_I})) {
     limitKeysToItsWidgets(_removeAction);
     // The stack's own slots would let exceptions of commands through Qt.
-    QUndoStack& history = workspace.document.history();
+    History& history = workspace.document.history();
     disconnect(_undo, nullptr, &history, nullptr);
     disconnect(_redo, nullptr, &history, nullptr);
     connect(_undo, &QAction::triggered, this,
@@ -52,8 +52,9 @@ EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QO
     onTriggered(_selectAll, [&selection] { selection.selectAll(); });
     onTriggered(_invert, [&selection] { selection.invert(); });
     connect(&selection, &KeySelection::changed, this, &EditActions::_enable);
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enable);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enablePaste);
     _enable();
+    _enablePaste();
 }
 
 void EditActions::addTo(QMenu& menu) const {
@@ -125,6 +126,10 @@ void EditActions::_enable() {
     for (QAction* const action : {_cutAction, _copyAction, _duplicateAction, _removeAction}) {
         action->setEnabled(hasKeys);
     }
+}
+
+// Asking for the clipboard may mean asking another program: only where it has changed.
+void EditActions::_enablePaste() {
     const QMimeData* const data = QApplication::clipboard()->mimeData();
     _pasteAction->setEnabled(data != nullptr && KeyClipboard::canPaste(data));
 }

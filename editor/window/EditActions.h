@@ -26,6 +26,7 @@ private:
     void _remove();
     void _note(const KeyClipboard::Report& report);
     void _enable();
+    void _enablePaste();
 
     QAction* _undo; ///< all are QObject children
     QAction* _redo;

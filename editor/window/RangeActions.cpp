@@ -1,9 +1,8 @@
 #include "window/RangeActions.h"
 
 #include "document/AtOnce.h"
-#include "document/DragKind.h"
+#include "document/RangeDrags.h"
 #include "model/AnimationMarkers.h"
-#include "timeline/NewRange.h"
 #include "window/ActionMaker.h"
 #include "window/Workspace.h"
 
@@ -114,7 +113,7 @@ void RangeActions::_show(unsigned int first, unsigned int last) {
     const bool isThere = _markers().isRangeVisible() && _markers().rangeStartIndex() == first &&
                          _markers().rangeEndIndex() == last;
     if (!isThere) {
-        dragAtOnce(workspace.drag, dragShownRange(workspace.document, first),
+        dragAtOnce(workspace.drag, dragNewRange(workspace.document, first),
                    QPointF(static_cast<double>(last) - first, 0.0));
     }
 }

@@ -46,7 +46,7 @@ public:
     }
 
     Editor::Document& document() { return workspace.document; }
-    QUndoStack& history() { return workspace.document.history(); }
+    Editor::History& history() { return workspace.document.history(); }
     QString state() const { return Snapshot::of(std::as_const(workspace.document).animation()); }
 
     QTemporaryDir directory;

@@ -55,7 +55,7 @@ public:
         document.replace(animationOf(names), QString());
     }
 
-    QUndoStack& history() { return document.history(); }
+    Editor::History& history() { return document.history(); }
     ZT::AnimationMarkers& markers() { return document.markers(); }
     Curve& curve(int layer = 0) { return *document.layer(layer)->getCurve(); }
     /// Of the layers, in their order.
