@@ -114,10 +114,12 @@ std::vector<std::size_t> TimelineRows::_placesOfKeys(int width) const {
     if (frames.first > frames.last) {
         return places;
     }
-    const auto placeOf = [&](double frame) { return std::clamp(_layout.x(frame) - origin, 0, width - 1); };
-    const double apart = std::max(1.0, static_cast<double>(frames.last - frames.first) / width);
-    for (double frame = frames.first; frame <= frames.last; frame += apart) {
-        places.push_back(static_cast<std::size_t>(placeOf(frame)));
+    const unsigned int span = frames.last - frames.first;
+    // No more than there are pixels.
+    const unsigned int steps = std::min(span, static_cast<unsigned int>(width));
+    for (unsigned int step = 0; step <= steps; ++step) {
+        const double frame = frames.first + (steps == 0 ? 0.0 : static_cast<double>(span) * step / steps);
+        places.push_back(static_cast<std::size_t>(std::clamp(_layout.x(frame) - origin, 0, width - 1)));
     }
     return places;
 }
