@@ -239,6 +239,12 @@ void TimelineView::mousePressEvent(QMouseEvent* event) {
         } else {
             _gesture.press(target, now, event->pos(), event->modifiers());
         }
+    } else if (event->button() == Qt::RightButton) { // What a menu then offers is about the keys that it met.
+        const TimelineTarget target(_document, parts(), event->pos());
+        const auto keys = target.isKey() ? target.keys(_document) : KeySelection::Keys();
+        if (!_document.selection().keys().contains(keys)) {
+            _document.selection().set(keys);
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 #include "layers/LayerPanel.h"
 #include "timeline/TimelineView.h"
 #include "window/AlignedCurves.h"
+#include "window/Application.h"
 #include "window/ContextMenuKey.h"
 #include "window/EditActions.h"
 #include "window/FileActions.h"
@@ -239,6 +240,9 @@ void MainWindow::_connectStatus() {
     connect(_layers, &LayerPanel::refused, _status, &StatusLine::showRefused);
     connect(_keyPanel, &KeyPanel::refused, _status, &StatusLine::showRefused);
     connect(&_session, &FileSession::problem, _status, &StatusLine::showRefused);
+    if (auto* const application = qobject_cast<Application*>(QCoreApplication::instance())) {
+        connect(application, &Application::eventFailed, _status, &StatusLine::showRefused);
+    }
 }
 
 void MainWindow::_restorePlace() {

@@ -97,6 +97,17 @@ private Q_SLOTS:
                 TwoLayers::Type::linear);
     }
 
+    void aRightClickOnAKeyInTheTimelineSelectsIt() {
+        Scene scene;
+        TwoLayers::select(scene.document(), 20);
+        Editor::TimelineView& timeline = scene.window.timeline();
+        const QPoint summary(timeline.parts().x(10), timeline.parts().summary().center().y());
+        (void)Scene::menuOpenedBy([&] { scene.clickRight(*timeline.viewport(), summary); }, "Delete");
+        QCOMPARE(key(scene.document(), 0, 10), nullptr);
+        QCOMPARE(key(scene.document(), 1, 10), nullptr);
+        QVERIFY(key(scene.document(), 1, 20) != nullptr);
+    }
+
     void aRightClickOnALayerOffersWhatCanBeDoneToIt() {
         Scene scene;
         auto& table = *scene.window.layers().findChild<QTableView*>();

@@ -1,6 +1,7 @@
 #include "document/Macro.h"
 
-#include <QUndoStack>
+#include "document/History.h"
+
 #include <QtTest>
 
 #include <stdexcept>
@@ -46,9 +47,20 @@ class MacroTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // A drag under way becomes an entry then, which lies below this one.
+    void theHistoryIsToldBeforeTheFirstCommandIsDone() {
+        QStringList log;
+        Editor::History history;
+        connect(&history, &Editor::History::aboutToChange, [&] { log.append("told"); });
+        Macro macro(history, "both");
+        macro.add(noted(log, "a"));
+        macro.commit();
+        QCOMPARE(log.mid(0, 2), (QStringList{"told", "+a"}));
+    }
+
     void eachCommandIsDoneOnceAndAllAreOneEntry() {
         QStringList log;
-        QUndoStack history;
+        Editor::History history;
         {
             Macro macro(history, "both");
             macro.add(noted(log, "a"));
@@ -67,7 +79,7 @@ private Q_SLOTS:
 
     void aMacroThatIsNotCommittedIsUndoneAndKeepsWhatCanBeRedone() {
         QStringList log;
-        QUndoStack history;
+        Editor::History history;
         history.push(new QUndoCommand("old"));
         history.undo();
         {
@@ -81,7 +93,7 @@ private Q_SLOTS:
 
     void aCommandThatFailsIsTakenBackWithThoseBeforeIt() {
         QStringList log;
-        QUndoStack history;
+        Editor::History history;
         try {
             Macro macro(history, "both");
             macro.add(noted(log, "a"));
@@ -95,7 +107,7 @@ private Q_SLOTS:
     }
 
     void withoutCommandsThereIsNoEntry() {
-        QUndoStack history;
+        Editor::History history;
         Macro macro(history, "nothing");
         macro.commit();
         QCOMPARE(history.count(), 0);
@@ -103,7 +115,7 @@ private Q_SLOTS:
 
     void oneCommandGivesTheEntryItsText() {
         QStringList log;
-        QUndoStack history;
+        Editor::History history;
         Macro::push(history, noted(log, "a"));
         QCOMPARE(history.undoText(), QString("a"));
         QCOMPARE(log, QStringList{"+a"});
