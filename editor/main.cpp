@@ -3,6 +3,7 @@
 #include "document/AnimationData.h"
 #include "document/AnimationFile.h"
 #include "document/AnimationSummary.h"
+#include "window/Application.h"
 #include "window/CommandLine.h"
 #include "window/MainWindow.h"
 #include "window/Settings.h"
@@ -10,7 +11,6 @@
 #include "window/WindowPicture.h"
 #include "window/Workspace.h"
 
-#include <QApplication>
 #include <QImage>
 #include <QSaveFile>
 #include <QTextStream>
@@ -62,14 +62,8 @@ int edit(const CommandLine& line) {
     dialogs.setWindow(&window);
     window.show();
     // Later, since questions about a file belong in front of the window.
-    QTimer::singleShot(0, &window, [&] {
-        if (line.files().isEmpty()) {
-            window.session().offerRecovery();
-        } else {
-            window.session().open(line.files().first());
-        }
-    });
-    return QApplication::exec();
+    QTimer::singleShot(0, &window, [&] { window.session().start(line.files().value(0)); });
+    return Editor::Application::exec();
 }
 
 int run(const CommandLine& line) {
@@ -135,6 +129,6 @@ int main(int argc, char** argv) {
     if (task != Task::edit || !first.problem().isEmpty()) {
         doWithoutDisplay();
     }
-    const QApplication application(argc, argv);
+    const Editor::Application application(argc, argv);
     return run(CommandLine(QCoreApplication::arguments()));
 }

@@ -1,10 +1,10 @@
 #include "curves/CurveKeyboard.h"
 
 #include "curves/ViewAxis.h"
+#include "document/AtOnce.h"
 #include "document/Document.h"
 #include "document/Drag.h"
 #include "document/DragKind.h"
-#include "document/KeyEdits.h"
 #include "document/KeySelection.h"
 
 #include <QKeyEvent>
@@ -34,8 +34,7 @@ CurveKeyboard::CurveKeyboard(Document& document, Drag& drag, ViewAxis& frames, V
     , _values(values) {}
 
 bool CurveKeyboard::wants(const QKeyEvent& event) const {
-    const bool isOurs =
-        !_nudgeOf(event).isNull() || event.key() == Qt::Key_Delete || event.key() == Qt::Key_Escape;
+    const bool isOurs = !_nudgeOf(event).isNull() || event.key() == Qt::Key_Escape;
     const bool hasOthers =
         event.modifiers().testFlag(Qt::ControlModifier) || event.modifiers().testFlag(Qt::AltModifier);
     return isOurs && !hasOthers && !_document.selection().isEmpty();
@@ -46,14 +45,10 @@ bool CurveKeyboard::press(const QKeyEvent& event) {
         return false;
     }
     KeySelection& selection = _document.selection();
-    if (event.key() == Qt::Key_Delete) {
-        KeyEdits(_document).remove(KeySelection::Keys(selection.keys()));
-    } else if (event.key() == Qt::Key_Escape) {
+    if (event.key() == Qt::Key_Escape) {
         selection.clear();
     } else {
-        _drag.begin(dragKeys(selection.keys()));
-        _drag.moveTo(_nudgeOf(event));
-        _drag.finish();
+        dragAtOnce(_drag, dragKeys(selection.keys()), _nudgeOf(event));
     }
     return true;
 }

@@ -14,7 +14,7 @@ class Document;
 class Drag;
 class ViewAxis;
 
-/// What keys of the keyboard do in a curve view.
+/// What keys of the keyboard do in a curve view, but for those that are a command elsewhere.
 class CurveKeyboard {
 public:
     CurveKeyboard(Document& document, Drag& drag, ViewAxis& frames, ViewAxis& values);
@@ -22,8 +22,7 @@ public:
     /// Whether press() would do something: then no shortcut of the window should.
     bool wants(const QKeyEvent& event) const;
     /// Arrows move the selected keys by a frame or a hundredth of the visible values, with Shift ten times as
-    /// far, as one entry of the history; Delete deletes them, Escape deselects them. False for other keys and
-    /// without selection.
+    /// far, as one entry of the history; Escape deselects them. False for other keys and without selection.
     bool press(const QKeyEvent& event);
 
     /// Selects the next key of the layer, or the previous one, and brings it into view. False where there is

@@ -31,6 +31,10 @@ CurveMouse::CurveMouse(Document& document, Drag& drag, ViewAxis& frames, ViewAxi
     , _values(values)
     , _band(new QRubberBand(QRubberBand::Rectangle, &view)) {}
 
+const ZT::EditableMotionCurveKey* CurveMouse::draggedKey() const {
+    return _gesture == Gesture::keys || _gesture == Gesture::handle ? _key.data() : nullptr;
+}
+
 void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer,
                        bool isPanning) {
     if (isActive()) {
@@ -147,6 +151,7 @@ void CurveMouse::_grabKey(ZT::EditableMotionCurveKey* key, bool isAdding) {
 void CurveMouse::_grabHandle(const Hit& hit, bool ofAllSelected) {
     const KeySelection::Keys keys =
         ofAllSelected ? _document.selection().keys() : KeySelection::Keys{hit.key};
+    _key = hit.key;
     _gesture = Gesture::handle;
     _drag.begin(dragHandles(keys, *hit.key, hit.side));
 }

@@ -33,6 +33,8 @@ public:
     CurveMouse(Document& document, Drag& drag, ViewAxis& frames, ViewAxis& values, QWidget& view);
 
     bool isActive() const noexcept { return _gesture != Gesture::none; }
+    /// The key that follows the pointer, or whose handle does; null where there is none.
+    const ZT::EditableMotionCurveKey* draggedKey() const;
 
     /// @p placement is that of the moment, here and below. With @p isPanning any button but the right one
     /// pans.

@@ -22,7 +22,7 @@ CurveScene::CurveScene(Document& document, const CurvePlacement& placement, cons
     , _palette(palette)
     , _currentLayer(currentLayer) {}
 
-void CurveScene::paint(QPainter& painter) {
+void CurveScene::paint(QPainter& painter) const {
     const QRect& plot = _placement.plot();
     if (plot.isEmpty()) {
         return;
@@ -37,6 +37,12 @@ void CurveScene::paint(QPainter& painter) {
     painter.setClipping(false);
     grid.paintRulers(_document.framesPerSecond());
     markers.paintLines();
+}
+
+void CurveScene::paintCurrentFrame(QPainter& painter) const {
+    if (!_placement.plot().isEmpty()) {
+        MarkerPainter(painter, _placement, _palette, _document.markers()).paintCurrentFrame();
+    }
 }
 
 // In list order, the current layer last.

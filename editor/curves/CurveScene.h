@@ -14,13 +14,14 @@ namespace Editor {
 class Document;
 struct PlacedKey;
 
-/// Draws all of a curve view: what is visible of the document, in one go.
+/// Draws all of a curve view: what is visible of the document, in one go, and the current frame above it.
 class CurveScene {
 public:
     CurveScene(Document& document, const CurvePlacement& placement, const QPalette& palette,
                int currentLayer);
 
-    void paint(QPainter& painter);
+    void paint(QPainter& painter) const;
+    void paintCurrentFrame(QPainter& painter) const;
 
 private:
     struct Layer {

@@ -5,6 +5,7 @@
 #include "curves/CurveScene.h"
 #include "curves/GridPainter.h"
 #include "curves/HitTest.h"
+#include "curves/MarkerPainter.h"
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
 #include "document/Drag.h"
@@ -19,8 +20,27 @@
 #include <QWheelEvent>
 
 #include <cmath>
+#include <optional>
+#include <utility>
 
 namespace Editor {
+
+namespace {
+
+QString toText(double value) {
+    return QString::number(value, 'g', 6);
+}
+
+QString toText(const ZT::EditableMotionCurveKey& key) {
+    const ZT::EditableMotionCurve* const curve = key.getParentCurve();
+    const ZT::EditableAnimationLayer* const layer = curve == nullptr ? nullptr : curve->getParentLayer();
+    return layer == nullptr ? QString()
+                            : CurveView::tr("%1: key at frame %2, value %3")
+                                  .arg(layer->getActuatorName(), QString::number(ZT::index(&key)),
+                                       toText(double{key.getValue()}));
+}
+
+} // namespace
 
 CurveView::CurveView(Document& document, Drag& drag, ViewAxis& frames, QWidget* parent)
     : QWidget(parent)
@@ -33,12 +53,11 @@ CurveView::CurveView(Document& document, Drag& drag, ViewAxis& frames, QWidget* 
     setContextMenuPolicy(Qt::CustomContextMenu);
     setMouseTracking(true);
     setAccessibleName(tr("Curves"));
-    const auto repaint = qOverload<>(&QWidget::update);
-    connect(&document, &Document::changed, this, repaint);
+    connect(&document, &Document::changed, this, &CurveView::_repaint);
     connect(&document, &Document::replaced, this, &CurveView::_start);
-    connect(&document.selection(), &KeySelection::changed, this, repaint);
-    connect(&frames, &ViewAxis::changed, this, repaint);
-    connect(_values, &ViewAxis::changed, this, repaint);
+    connect(&document.selection(), &KeySelection::changed, this, &CurveView::_repaint);
+    connect(&frames, &ViewAxis::changed, this, &CurveView::_repaint);
+    connect(_values, &ViewAxis::changed, this, &CurveView::_repaint);
     connect(_mouse, &CurveMouse::layerPicked, this, &CurveView::_pick);
     _start();
 }
@@ -53,7 +72,7 @@ void CurveView::setCurrentLayer(int index) {
     ZT::EditableAnimationLayer* const layer = _document.layer(index);
     if (layer != _currentLayer) {
         _currentLayer = layer;
-        update();
+        _repaint();
     }
 }
 
@@ -113,7 +132,9 @@ bool CurveView::focusNextPrevChild(bool next) {
 
 void CurveView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    CurveScene(_document, placement(), palette(), currentLayer()).paint(painter);
+    const CurveScene scene(_document, placement(), palette(), currentLayer());
+    _picture.paint(painter, *this, [&scene](QPainter& onto) { scene.paint(onto); });
+    scene.paintCurrentFrame(painter);
     if (hasFocus()) {
         painter.setPen(palette().color(QPalette::Highlight));
         painter.setBrush(Qt::NoBrush);
@@ -198,18 +219,36 @@ void CurveView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
 }
 
+void CurveView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    _repaint(); // The colours or the font may be other ones.
+}
+
 void CurveView::_start() {
     _mouse->cancel();
-    const auto repaint = qOverload<>(&QWidget::update);
-    const ZT::AnimationMarkers* const markers = &_document.markers();
-    connect(markers, &ZT::AnimationMarkers::selectedIndexChanged, this, repaint);
-    connect(markers, &ZT::AnimationMarkers::startIndexChanged, this, repaint);
-    connect(markers, &ZT::AnimationMarkers::endIndexChanged, this, repaint);
-    connect(markers, &ZT::AnimationMarkers::rangeStartIndexChanged, this, repaint);
-    connect(markers, &ZT::AnimationMarkers::rangeEndIndexChanged, this, repaint);
-    connect(markers, &ZT::AnimationMarkers::rangeVisibilityChanged, this, repaint);
+    using Markers = ZT::AnimationMarkers;
+    const Markers* const markers = &_document.markers();
+    connect(markers, &Markers::selectedIndexChanged, this, &CurveView::_moveCurrentFrame);
+    connect(markers, &Markers::startIndexChanged, this, &CurveView::_repaint);
+    connect(markers, &Markers::endIndexChanged, this, &CurveView::_repaint);
+    connect(markers, &Markers::rangeStartIndexChanged, this, &CurveView::_repaint);
+    connect(markers, &Markers::rangeEndIndexChanged, this, &CurveView::_repaint);
+    connect(markers, &Markers::rangeVisibilityChanged, this, &CurveView::_repaint);
+    _currentFrame = markers->selectedIndex();
     setCurrentLayer(0);
     fitAll();
+    _repaint();
+}
+
+void CurveView::_repaint() {
+    _picture.spoil();
+    update();
+}
+
+void CurveView::_moveCurrentFrame(unsigned int frame) {
+    const CurvePlacement now = placement();
+    update(MarkerPainter::reachOf(now, std::exchange(_currentFrame, frame)));
+    update(MarkerPainter::reachOf(now, frame));
 }
 
 void CurveView::_pick(int layer) {
@@ -219,27 +258,33 @@ void CurveView::_pick(int layer) {
     }
 }
 
+// What is under the pointer is sought only where no gesture has it already.
 void CurveView::_hover(const QPointF& point) {
-    const CurvePlacement now = placement();
-    const auto hit = HitTest(_document, now, currentLayer()).at(point);
-    const auto number = [](double value) { return QString::number(value, 'g', 6); };
-    const QString frame = QString::number(now.toFrame(point.x()), 'f', 1);
-    ZT::EditableAnimationLayer* const layer = hit ? _document.layer(hit->layer) : nullptr;
-    QString text;
-    if (layer == nullptr) {
-        if (QRectF(now.plot()).contains(point)) {
-            text = tr("Frame %1, value %2").arg(frame, number(now.toValue(point.y())));
-        }
-    } else if (hit->key != nullptr) {
-        const QString keyFrame = QString::number(ZT::index(hit->key));
-        text = tr("%1: key at frame %2, value %3")
-                   .arg(layer->getActuatorName(), keyFrame, number(double{hit->key->getValue()}));
+    if (const ZT::EditableMotionCurveKey* const key = _mouse->draggedKey()) {
+        Q_EMIT hovered(toText(*key));
     } else {
-        const auto value = double{layer->getCurve()->valueAt(now.toFrame(point.x()))};
-        text = tr("%1: frame %2, value %3").arg(layer->getActuatorName(), frame, number(value));
+        Q_EMIT hovered(_hoverText(point));
     }
-    setCursor(hit && hit->key != nullptr ? Qt::PointingHandCursor : Qt::ArrowCursor);
-    Q_EMIT hovered(text);
+}
+
+QString CurveView::_hoverText(const QPointF& point) {
+    const CurvePlacement now = placement();
+    const QString frame = QString::number(now.toFrame(point.x()), 'f', 1);
+    std::optional<Hit> hit;
+    if (!_mouse->isActive()) {
+        hit = HitTest(_document, now, currentLayer()).at(point);
+        setCursor(hit && hit->key != nullptr ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    }
+    if (hit && hit->key != nullptr) {
+        return toText(*hit->key);
+    }
+    if (const ZT::EditableAnimationLayer* const layer = hit ? _document.layer(hit->layer) : nullptr) {
+        const auto value = double{layer->getCurve()->valueAt(now.toFrame(point.x()))};
+        return tr("%1: frame %2, value %3").arg(layer->getActuatorName(), frame, toText(value));
+    }
+    return QRectF(now.plot()).contains(point)
+               ? tr("Frame %1, value %2").arg(frame, toText(now.toValue(point.y())))
+               : QString();
 }
 
 } // namespace Editor

@@ -2,6 +2,7 @@
 
 #include "curves/CurveKeyboard.h"
 #include "curves/CurvePlacement.h"
+#include "curves/ViewPicture.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -26,8 +27,8 @@ class ViewAxis;
 /// dragged. A double click on a curve inserts a key. In the ruler the selected frame follows the pointer.
 ///
 /// **Keyboard.** Tab and Shift+Tab step through the current layer's keys and leave the view behind the last
-/// one, Ctrl+Tab leaves it at once. Arrows move the selected keys, with Shift ten times as far; Delete
-/// deletes them. Escape takes the gesture under way back, else it deselects.
+/// one, Ctrl+Tab leaves it at once. Arrows move the selected keys, with Shift ten times as far. Escape
+/// takes the gesture under way back, else it deselects.
 ///
 /// It asks for no context menu itself: see QWidget::customContextMenuRequested(). Locked layers are shown
 /// paler.
@@ -79,11 +80,15 @@ protected:
     void keyReleaseEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void _start();
+    void _repaint();
+    void _moveCurrentFrame(unsigned int frame);
     void _pick(int layer);
     void _hover(const QPointF& point);
+    QString _hoverText(const QPointF& point);
 
     Document& _document;
     ViewAxis& _frames;
@@ -91,6 +96,8 @@ private:
     CurveMouse* _mouse; ///< a child
     CurveKeyboard _keyboard;
     QPointer<ZT::EditableAnimationLayer> _currentLayer;
+    ViewPicture _picture;           ///< of all but the current frame and the focus
+    unsigned int _currentFrame = 0; ///< as painted
     bool _isSpaceDown = false;
 };
 

@@ -85,8 +85,11 @@ void KeyPainter::_add(const PlacedKey& placed, double room, bool isCurrent, Mark
         const QPoint pixel(static_cast<int>(std::floor(centre.x())),
                            static_cast<int>(std::floor(centre.y())));
         const int halfSide = room < roomForKeys ? 1 : isCurrent ? 3 : 2;
-        (isSelected ? marks.selected : marks.plain)
-            .append(squareAround(pixel, isSelected ? halfSide + 1 : halfSide));
+        const QRect mark = squareAround(pixel, isSelected ? halfSide + 1 : halfSide);
+        QVector<QRect>& others = isSelected ? marks.selected : marks.plain;
+        if (others.isEmpty() || others.last() != mark) { // Dense keys fall on one pixel.
+            others.append(mark);
+        }
     }
 }
 

@@ -11,6 +11,12 @@
 
 namespace Editor {
 
+namespace {
+
+constexpr double flagSize = 6.0; // pixels
+
+} // namespace
+
 MarkerPainter::MarkerPainter(QPainter& painter, const CurvePlacement& placement, const QPalette& palette,
                              const ZT::AnimationMarkers& markers)
     : _painter(painter)
@@ -40,7 +46,21 @@ void MarkerPainter::paintLines() {
     }
     _paintLine(_markers.startIndex(), limit, 1);
     _paintLine(_markers.endIndex(), limit, -1);
+}
+
+void MarkerPainter::paintCurrentFrame() {
+    const QColor base = _palette.color(QPalette::Base);
     _paintLine(_markers.selectedIndex(), readableOn(base, QColor(230, 70, 50)), 0);
+}
+
+QRect MarkerPainter::reachOf(const CurvePlacement& placement, unsigned int frame) {
+    const QRect& plot = placement.plot();
+    const double x = std::floor(placement.toX(frame));
+    if (x < plot.left() || x > plot.right()) {
+        return {};
+    }
+    constexpr int reach = static_cast<int>(flagSize) + 2;
+    return {static_cast<int>(x) - reach, plot.top() - reach, 2 * reach + 1, plot.height() + 2 * reach};
 }
 
 void MarkerPainter::_shade(double firstFrame, double lastFrame, const QColor& colour) {
@@ -58,7 +78,7 @@ void MarkerPainter::_paintLine(double frame, const QColor& colour, int direction
     if (x < plot.left() || x > plot.right()) {
         return;
     }
-    constexpr double size = 6.0;
+    constexpr double size = flagSize;
     const double top = plot.top() - size;
     _painter.setPen(colour);
     _painter.drawLine(QPointF(x, top), QPointF(x, plot.bottom()));

@@ -22,7 +22,12 @@ public:
 
     /// Frames that do not play are shaded, the user range is tinted.
     void paintGround();
+    /// All but the selected frame.
     void paintLines();
+    void paintCurrentFrame();
+
+    /// The pixels that paintCurrentFrame() may touch for @p frame; empty where it is out of sight.
+    static QRect reachOf(const CurvePlacement& placement, unsigned int frame);
 
 private:
     void _shade(double firstFrame, double lastFrame, const QColor& colour);

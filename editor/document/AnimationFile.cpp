@@ -12,7 +12,9 @@
 #include <boost/property_tree/ptree.hpp>
 
 #include <algorithm>
+#include <exception>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -23,6 +25,34 @@ namespace {
 
 QString tr(const char* text) {
     return QCoreApplication::translate("Editor::AnimationFile", text);
+}
+
+[[noreturn]] void fail(const QString& what) {
+    throw std::runtime_error(what.toStdString());
+}
+
+// An action on a file, and the file's name before what it throws.
+template <class Action>
+auto naming(const QString& path, Action action) {
+    try {
+        return action();
+    } catch (const std::bad_alloc&) {
+        fail(path + ": " + tr("there is not enough memory"));
+    } catch (const std::exception& error) {
+        fail(path + ": " + QString::fromUtf8(error.what()));
+    }
+}
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        fail(file.errorString());
+    }
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        fail(file.errorString());
+    }
+    return bytes;
 }
 
 AnimationData withoutLooks(const VQ::Animation::Animation& animation) {
@@ -57,58 +87,41 @@ bool AnimationFile::isWritable(const QString& path) {
 }
 
 AnimationData AnimationFile::load() const {
+    return naming(_path, [this] { return _load(); });
+}
+
+AnimationData AnimationFile::_load() const {
     const QStringList suffixes = readableSuffixes();
     if (std::none_of(suffixes.begin(), suffixes.end(),
                      [this](const auto& each) { return _hasSuffix(each); })) {
-        _fail(tr("the file is neither an animation (.xml) nor a motion capture (.bvh) nor a table (.csv)"));
+        fail(tr("the file is neither an animation (.xml) nor a motion capture (.bvh) nor a table (.csv)"));
     }
-    std::istringstream stream(_read().toStdString());
-    try {
-        if (_hasSuffix("bvh")) {
-            return withoutLooks(BvhImporter(stream).read());
-        }
-        return _hasSuffix("csv") ? withoutLooks(readCsv(stream)) : readXml(stream);
-    } catch (const std::runtime_error& error) {
-        _fail(QString::fromUtf8(error.what()));
+    std::istringstream stream(contentOf(_path).toStdString());
+    if (_hasSuffix("bvh")) {
+        return withoutLooks(BvhImporter(stream).read());
     }
+    return _hasSuffix("csv") ? withoutLooks(readCsv(stream)) : readXml(stream);
 }
 
 void AnimationFile::save(const boost::property_tree::ptree& animation) const {
-    if (!isWritable(_path)) {
-        _fail(tr("an animation can only be saved as .xml"));
-    }
-    std::ostringstream stream;
-    try {
-        VQ::Animation::writeAnimationXml(stream, animation);
-    } catch (const std::runtime_error& error) {
-        _fail(QString::fromUtf8(error.what()));
-    }
-    const QByteArray bytes = QByteArray::fromStdString(stream.str());
-
-    QSaveFile file(_path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        _fail(file.errorString());
-    }
+    naming(_path, [&] { _save(animation); });
 }
 
-QByteArray AnimationFile::_read() const {
-    QFile file(_path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        _fail(file.errorString());
+void AnimationFile::_save(const boost::property_tree::ptree& animation) const {
+    if (!isWritable(_path)) {
+        fail(tr("an animation can only be saved as .xml"));
     }
-    QByteArray bytes = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        _fail(file.errorString());
+    std::ostringstream stream;
+    VQ::Animation::writeAnimationXml(stream, animation);
+    const QByteArray bytes = QByteArray::fromStdString(stream.str());
+    QSaveFile file(_path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        fail(file.errorString());
     }
-    return bytes;
 }
 
 bool AnimationFile::_hasSuffix(const QString& suffix) const {
     return _path.endsWith('.' + suffix, Qt::CaseInsensitive);
-}
-
-void AnimationFile::_fail(const QString& what) const {
-    throw std::runtime_error((_path + ": " + what).toStdString());
 }
 
 } // namespace Editor

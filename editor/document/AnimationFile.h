@@ -2,7 +2,6 @@
 
 #include "document/AnimationData.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -32,9 +31,9 @@ public:
     void save(const boost::property_tree::ptree& animation) const;
 
 private:
-    QByteArray _read() const;
+    AnimationData _load() const;
+    void _save(const boost::property_tree::ptree& animation) const;
     bool _hasSuffix(const QString& suffix) const;
-    [[noreturn]] void _fail(const QString& what) const;
 
     QString _path;
 };

@@ -1,44 +1,46 @@
 #pragma once
 
+#include "document/CrashCopy.h"
+
 #include <QElapsedTimer>
-#include <QLockFile>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
-#include <memory>
+#include <optional>
 
 namespace Editor {
 
 class Document;
 
-/// Keeps a copy of unsaved work beside the document's file, or among the program's own data for one that has
-/// no file yet, written shortly after the last of some edits. The copy is there exactly while there is
-/// unsaved work, so that after a crash it is found and offered. It can be read as AnimationFile.
-///
-/// A lock beside the copy tells the work of a program that still runs from what one that died has left. Two
-/// programs that edit one file share one copy: the second one says that it cannot write it.
+/// Keeps a CrashCopy of unsaved work, written shortly after the last of some edits. The copy is there while
+/// there is unsaved work, and goes when that is saved, undone, replaced or discarded: after a crash it is
+/// found and offered.
 class Autosave : public QObject {
     Q_OBJECT
 
 public:
-    static constexpr int delay = 1000;         ///< milliseconds from an edit to the copy
-    static constexpr int longestDelay = 10000; ///< milliseconds, where edits follow upon each other
+    static constexpr int delay = 1000; ///< milliseconds from an edit to the copy
+    /// Milliseconds, where edits follow upon each other, and from a copy that failed to the next attempt.
+    static constexpr int longestDelay = 10000;
 
     /// The document outlives it.
     explicit Autosave(Document& document);
-    /// The copy is gone where the document was left orderly.
+    /// The copy of work that was neither saved nor discarded stays.
     ~Autosave() override;
-
-    /// Where the copy of a file is; with an empty path that of a document without file.
-    static QString copyOf(const QString& path);
-    /// Whether unsaved work on the file was left behind by a program that does not run any more.
-    static bool isLeftBehind(const QString& path);
 
     /// The copy at once, where there is unsaved work. Emits failed() where that is not possible.
     void write();
-    /// The copy is not wanted any more, nor one of the document's path that was left behind.
+    /// The copy becomes that of the document, which holds the same: it goes when the work is safe. One that
+    /// may be another program's stays as it is, and the document gets one of its own.
+    void adopt(CrashCopy copy);
+    /// The copy is not wanted any more.
     void discard();
+
+public Q_SLOTS:
+    /// While a gesture is under way no copy is written, since that takes time; the copy comes shortly after
+    /// it.
+    void setGestureActive(bool isActive);
 
 Q_SIGNALS:
     /// The copy could not be written; said once until it can be again.
@@ -46,14 +48,14 @@ Q_SIGNALS:
 
 private:
     void _follow();
-    bool _lockFor(const QString& copy);
-    void _drop();
+    void _start();
+    void _write();
 
     Document& _document;
     QTimer _timer;
-    QElapsedTimer _waiting;           ///< since the first edit that no copy has
-    QString _copy;                    ///< as it was last written; empty while there is none
-    std::unique_ptr<QLockFile> _lock; ///< of _copy
+    QElapsedTimer _waiting;         ///< since the first edit that no copy has; invalid while all have one
+    std::optional<CrashCopy> _copy; ///< locked; nothing while no work is unsaved
+    bool _isGestureActive = false;
     bool _hasFailed = false;
 };
 

@@ -39,6 +39,7 @@ Document::Document(QObject* parent)
     , _selection(std::make_unique<KeySelection>(*this)) {
     connect(&_history, &QUndoStack::cleanChanged, this, &Document::pathChanged);
     _observe();
+    _keepSpan();
 }
 
 Document::~Document() {
@@ -46,21 +47,23 @@ Document::~Document() {
     _history.clear();
 }
 
+// All that may run short of memory comes first: the old animation stays where it does.
 void Document::replace(AnimationData data, const QString& path) {
-    _selection->forget();
-    _history.clear();
-    _animation = std::move(data.animation);
-    _looks.clear();
-    for (int i = 0; i < layerCount(); ++i) {
-        const auto index = static_cast<std::size_t>(i);
-        const bool isKnown = index < data.looks.size() && data.looks[index];
-        _looks.push_back(isKnown ? *data.looks[index] : LayerLook{colourAt(i)});
+    std::vector<LayerLook> looks;
+    for (std::size_t i = 0; i < data.animation->size(); ++i) {
+        const bool isKnown = i < data.looks.size() && data.looks[i];
+        looks.push_back(isKnown ? *data.looks[i] : LayerLook{colourAt(static_cast<int>(i))});
     }
-    const unsigned int last = std::max(_animation->getGreaterIndex(), 1U);
-    setMarkers(markers(), data.markers.value_or(MarkerFrames{1, 1, last}));
+    const unsigned int last = std::max(data.animation->getGreaterIndex(), 1U);
+    setMarkers(*data.animation->getMarkers(), data.markers.value_or(MarkerFrames{1, 1, last}));
+    _history.clear(); // First: a drag under way looks at the selection when it is finished.
+    _selection->forget();
+    _animation = std::move(data.animation);
+    _looks = std::move(looks);
     _observe();
     _path = path;
     _isUnsaved = false;
+    _keepSpan();
     Q_EMIT replaced();
     Q_EMIT changed();
     Q_EMIT pathChanged();
@@ -75,12 +78,38 @@ boost::property_tree::ptree Document::tree() const {
 void Document::setSaved(const QString& path) {
     _path = path;
     _isUnsaved = false;
+    _keepSpan();
     _history.setClean();
     Q_EMIT pathChanged();
 }
 
 void Document::setUnsaved() {
     if (!std::exchange(_isUnsaved, true)) {
+        Q_EMIT pathChanged();
+    }
+}
+
+Document::Span Document::_span() const {
+    return {markers().startIndex(), markers().endIndex()};
+}
+
+void Document::_keepSpan() {
+    _savedSpan = _span();
+    _isSpanMoved = false;
+}
+
+void Document::_compareSpan() {
+    const bool isMoved = _span() != _savedSpan;
+    if (std::exchange(_isSpanMoved, isMoved) != isMoved) {
+        Q_EMIT pathChanged();
+    }
+    Q_EMIT spanChanged();
+}
+
+void Document::setDragged(bool isDragged) {
+    const bool wasModified = isModified();
+    _isDragged = isDragged;
+    if (isModified() != wasModified) {
         Q_EMIT pathChanged();
     }
 }
@@ -167,6 +196,10 @@ void Document::setLook(int index, const LayerLook& look) {
 void Document::_observe() {
     ZT::EditableAnimation* const animation = _animation.get();
     connect(animation, &ZT::EditableAnimation::layersChanged, this, &Document::changed, Qt::UniqueConnection);
+    connect(&markers(), &ZT::AnimationMarkers::startIndexChanged, this, &Document::_compareSpan,
+            Qt::UniqueConnection);
+    connect(&markers(), &ZT::AnimationMarkers::endIndexChanged, this, &Document::_compareSpan,
+            Qt::UniqueConnection);
     for (ZT::EditableAnimationLayer* const layer : *animation) {
         connect(layer, &ZT::EditableAnimationLayer::muteChanged, this, &Document::changed,
                 Qt::UniqueConnection);

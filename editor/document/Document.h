@@ -1,11 +1,11 @@
 #pragma once
 
+#include "document/History.h"
 #include "document/LayerLook.h"
 #include "model/EditableAnimation.h"
 
 #include <QObject>
 #include <QString>
-#include <QUndoStack>
 
 #include <boost/property_tree/ptree_fwd.hpp>
 
@@ -36,7 +36,7 @@ public:
     ZT::EditableAnimation& animation() noexcept { return *_animation; }
     const ZT::EditableAnimation& animation() const noexcept { return *_animation; }
     ZT::AnimationMarkers& markers() const noexcept { return *_animation->getMarkers(); }
-    QUndoStack& history() noexcept { return _history; }
+    History& history() noexcept { return _history; }
     KeySelection& selection() noexcept { return *_selection; }
 
     /// Another animation, for New and Open: the history is emptied and the document is unmodified. @p path is
@@ -52,7 +52,12 @@ public:
     void setSaved(const QString& path);
     /// There is something that no file holds. Emits pathChanged() when it changes the answer to isModified().
     void setUnsaved();
-    bool isModified() const { return _isUnsaved || !_history.isClean(); }
+    /// What a drag under way has changed is in no entry yet, or is in one or taken back again. Emits
+    /// pathChanged() as setUnsaved() does.
+    void setDragged(bool isDragged);
+    /// Whether there is work that would be lost: edits, and the start and end markers where they are not as
+    /// in the file. Which frame is the current one is no work.
+    bool isModified() const { return _isUnsaved || _isDragged || _isSpanMoved || !_history.isClean(); }
 
     int layerCount() const { return static_cast<int>(_animation->size()); }
     /// Null where there is none.
@@ -93,16 +98,26 @@ Q_SIGNALS:
     void lookChanged(int index);
     /// Path or isModified() changed.
     void pathChanged();
+    /// The start or the end marker moved, other than by replace().
+    void spanChanged();
 
 private:
+    using Span = std::pair<unsigned int, unsigned int>;
+
     void _observe();
+    void _keepSpan();
+    void _compareSpan();
+    Span _span() const;
 
     std::unique_ptr<ZT::EditableAnimation> _animation;
     std::vector<LayerLook> _looks; ///< one for each layer
     std::unique_ptr<KeySelection> _selection;
-    QUndoStack _history;
+    History _history;
     QString _path;
+    Span _savedSpan; ///< start and end marker in the file
+    bool _isSpanMoved = false;
     bool _isUnsaved = false;
+    bool _isDragged = false;
 };
 
 } // namespace Editor

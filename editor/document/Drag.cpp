@@ -5,43 +5,53 @@
 #include "document/DragKind.h"
 #include "document/KeySelection.h"
 
-#include <QScopedValueRollback>
+#include <QSignalBlocker>
 
 #include <cmath>
 #include <utility>
 
 namespace Editor {
 
-Drag::Drag(Document& document)
-    : _document(document) {
-    connect(&document.history(), &QUndoStack::indexChanged, this, [this] {
-        if (!_isWriting) {
-            _forget();
-        }
-    });
-    // What is saved is an entry of its own: later steps would not merge into it.
-    connect(&document.history(), &QUndoStack::cleanChanged, this, [this](bool isClean) {
-        if (isClean && !_isWriting) {
-            _forget();
-        }
-    });
-    connect(&document, &Document::replaced, this, &Drag::_forget);
+namespace {
+
+// Qt's comparison takes points for equal that are far apart where values are tiny.
+bool isSame(const QPointF& a, const QPointF& b) {
+    return a.x() == b.x() && a.y() == b.y();
 }
 
-Drag::~Drag() = default;
+} // namespace
+
+Drag::Drag(Document& document)
+    : _document(document) {
+    connect(&document.history(), &History::aboutToChange, this, &Drag::finish);
+}
+
+Drag::~Drag() {
+    const QSignalBlocker quiet(this);
+    finish();
+}
 
 void Drag::begin(std::unique_ptr<DragKind> kind) {
     finish();
     _kind = std::move(kind);
+    _tried = QPointF();
     _lastGood = QPointF();
-    ++_number;
     Q_EMIT activeChanged(true);
 }
 
 void Drag::moveTo(const QPointF& distance) {
-    const bool isFinite = std::isfinite(distance.x()) && std::isfinite(distance.y());
-    if (isActive() && isFinite && (_isBlocked || !_isWhereItWasLast(distance))) {
-        _step(distance, false);
+    if (!isActive() || !std::isfinite(distance.x()) || !std::isfinite(distance.y())) {
+        return;
+    }
+    const QPointF reached = _kind->reach(distance);
+    if (isSame(reached, _tried)) {
+        return;
+    }
+    _tried = reached;
+    if (isSame(reached, _lastGood)) {
+        _unblock(); // All waits there.
+    } else {
+        _step(reached, false);
     }
 }
 
@@ -49,34 +59,38 @@ void Drag::finish() {
     if (_entry != nullptr) {
         _step(_lastGood, true);
     }
+    // The drag is over before the history hears of its entry, which finishes drags.
+    std::unique_ptr<DragEntry> entry = std::move(_entry);
     _forget();
+    if (entry != nullptr) {
+        _document.history().push(entry.release()); // The history owns it.
+        _document.setDragged(false);
+    }
 }
 
 void Drag::cancel() {
-    _leave();
+    _takeBack();
+    _document.setDragged(false);
     _forget();
 }
 
-// Bit by bit: points that Qt takes for equal are far apart where values are tiny.
-bool Drag::_isWhereItWasLast(const QPointF& distance) const {
-    return distance.x() == _lastGood.x() && distance.y() == _lastGood.y();
-}
-
 void Drag::_step(const QPointF& distance, bool isFinal) {
-    const QScopedValueRollback<bool> writing(_isWriting, true);
     auto command = _kind->step(distance, isFinal);
     if (command == nullptr) {
-        _leave();
+        _takeBack();
         _lastGood = QPointF();
     } else {
-        auto* const entry = new DragEntry(std::move(command), _number);
-        if (_entry == nullptr) {
-            _entry = entry;
-        }
         const KeySelection::Keys selected = _document.selection().keys();
-        _document.history().push(entry); // Deletes it where it merges.
-        if (const QString why = _kind->problem(_entry->command()); !why.isEmpty()) {
-            _takeStepBack();
+        if (_entry == nullptr) {
+            _entry = std::make_unique<DragEntry>();
+        }
+        _entry->add(std::move(command));
+        if (const QString why = _kind->problem(_entry->lastCommand()); !why.isEmpty()) {
+            _takeBack();
+            if (!_lastGood.isNull()) {
+                _entry = std::make_unique<DragEntry>();
+                _entry->add(_kind->step(_lastGood, false));
+            }
             _document.selection().set(selected); // Keys that found no place had left it.
             _isBlocked = true;
             Q_EMIT blocked(why);
@@ -84,34 +98,26 @@ void Drag::_step(const QPointF& distance, bool isFinal) {
         }
         _lastGood = distance;
     }
+    _document.setDragged(_entry != nullptr);
+    _unblock();
+}
+
+// To where the drag began.
+void Drag::_takeBack() {
+    if (const std::unique_ptr<DragEntry> entry = std::move(_entry)) {
+        entry->undo();
+    }
+}
+
+void Drag::_unblock() {
     if (std::exchange(_isBlocked, false)) {
         Q_EMIT blocked(QString());
     }
 }
 
-void Drag::_takeStepBack() {
-    if (_lastGood.isNull()) {
-        _leave();
-    } else {
-        _entry->restart([this] { return _kind->step(_lastGood, false); });
-    }
-}
-
-// Back to the beginning, without a trace in the history.
-void Drag::_leave() {
-    const QScopedValueRollback<bool> writing(_isWriting, true);
-    if (DragEntry* const entry = std::exchange(_entry, nullptr)) {
-        entry->cancel();
-        _document.history().undo();
-    }
-}
-
 void Drag::_forget() {
-    _entry = nullptr;
     if (std::exchange(_kind, nullptr) != nullptr) {
-        if (std::exchange(_isBlocked, false)) {
-            Q_EMIT blocked(QString());
-        }
+        _unblock();
         Q_EMIT activeChanged(false);
     }
 }

@@ -16,15 +16,18 @@ class DragKind;
 /// keys share it.
 ///
 /// Nothing is lost: a step that would push keys out of a curve, or in which a key that stays blocks one that
-/// moves, is taken back. Keys then wait where the last good step had put them, and blocked() says why.
+/// moves, is taken back. Keys then wait where the last good step had put them, and blocked() says why. What
+/// was undone before the drag can be redone until the drag is finished.
 ///
-/// A drag ends, as if finished, when anything else changes the history or the animation is saved, and is
-/// forgotten when the animation is replaced.
+/// A drag finishes by itself before anything else changes the history, before what was saved becomes the
+/// clean state, and before the animation is replaced.
 class Drag : public QObject {
     Q_OBJECT
 
 public:
+    /// The document outlives it.
     explicit Drag(Document& document);
+    /// Finishes a drag that is under way; says nothing, since who listened may be gone.
     ~Drag() override;
 
     bool isActive() const noexcept { return _kind != nullptr; }
@@ -33,34 +36,33 @@ public:
     void begin(std::unique_ptr<DragKind> kind);
 
     /// One mouse move, to @p distance from where the drag began: x in frames, rounded to whole ones for all
-    /// but handles, y in value units. Nothing happens where a part of it is not finite.
+    /// but handles, y in value units. Nothing happens where it leads to the same place as the move before, or
+    /// where a part of it is not finite.
     void moveTo(const QPointF& distance);
 
-    /// The last step becomes final. A drag that has moved nothing leaves no entry.
+    /// The last step becomes final and the drag an entry. A drag that has moved nothing leaves none.
     void finish();
-    /// Gives back what was there when the drag began and leaves no entry.
+    /// Gives back what was there when the drag began; the history is as it was.
     void cancel();
 
 Q_SIGNALS:
     /// A step was taken back; the text says why. Empty when a later step went through.
     void blocked(const QString& why);
-    /// A drag began, was finished or cancelled.
+    /// A drag began, was finished or cancelled. An entry comes into the history right after this.
     void activeChanged(bool isActive);
 
 private:
     void _step(const QPointF& distance, bool isFinal);
-    void _takeStepBack();
-    bool _isWhereItWasLast(const QPointF& distance) const;
-    void _leave();
+    void _takeBack();
+    void _unblock();
     void _forget();
 
     Document& _document;
-    std::unique_ptr<DragKind> _kind; ///< null when no drag is under way
-    DragEntry* _entry = nullptr; ///< in the history, which owns it; null where the drag has changed nothing
+    std::unique_ptr<DragKind> _kind;   ///< null when no drag is under way
+    std::unique_ptr<DragEntry> _entry; ///< outside the history; null where the drag has changed nothing
+    QPointF _tried;                    ///< where the last move led to, or would have without a block
     QPointF _lastGood;
-    int _number = 0; ///< of the drag
     bool _isBlocked = false;
-    bool _isWriting = false; ///< the history changes by this drag's doing
 };
 
 } // namespace Editor

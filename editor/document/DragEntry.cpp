@@ -1,48 +1,29 @@
 #include "document/DragEntry.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace Editor {
 
-namespace {
-
-constexpr int dragId = 1000; // The library's commands have small ones.
-
-} // namespace
-
-DragEntry::DragEntry(std::unique_ptr<QUndoCommand> command, int drag)
-    : _command(std::move(command))
-    , _drag(drag) {
-    setText(_command->text());
+void DragEntry::add(std::unique_ptr<QUndoCommand> step) {
+    step->redo();
+    if (_commands.empty() || !_commands.back()->mergeWith(step.get())) {
+        _commands.push_back(std::move(step));
+    }
+    setText(lastCommand().text());
 }
 
 void DragEntry::undo() {
-    _command->undo();
-    setObsolete(_isCancelled);
+    _isDone = false;
+    std::for_each(_commands.rbegin(), _commands.rend(), [](const auto& command) { command->undo(); });
 }
 
 void DragEntry::redo() {
-    _command->redo();
-}
-
-int DragEntry::id() const {
-    return dragId;
-}
-
-bool DragEntry::mergeWith(const QUndoCommand* other) {
-    const auto* const step = dynamic_cast<const DragEntry*>(other);
-    if (step == nullptr || step->_drag != _drag || !_command->mergeWith(step->_command.get())) {
-        return false;
+    if (!std::exchange(_isDone, true)) {
+        for (const auto& command : _commands) {
+            command->redo();
+        }
     }
-    setText(_command->text());
-    return true;
-}
-
-void DragEntry::restart(const std::function<std::unique_ptr<QUndoCommand>()>& make) {
-    _command->undo();
-    _command = make();
-    _command->redo();
-    setText(_command->text());
 }
 
 } // namespace Editor

@@ -2,34 +2,28 @@
 
 #include <QUndoCommand>
 
-#include <functional>
 #include <memory>
+#include <vector>
 
 namespace Editor {
 
-/// A drag in the history: the library's command of the steps so far. It takes in steps of its own drag only,
-/// and leaves no trace when it is cancelled.
+/// What one drag does, step by step, before it enters the history and there: steps that the library's
+/// commands merge are one command. What is done already is not done again when the history takes the entry.
 class DragEntry : public QUndoCommand {
 public:
-    /// @p drag tells drags apart.
-    DragEntry(std::unique_ptr<QUndoCommand> command, int drag);
+    /// Does the step, which becomes part of what is undone and redone. Its text becomes the entry's.
+    void add(std::unique_ptr<QUndoCommand> step);
 
     void undo() override;
+    /// Does nothing while all is done.
     void redo() override;
-    int id() const override;
-    bool mergeWith(const QUndoCommand* other) override;
 
-    const QUndoCommand& command() const noexcept { return *_command; }
-
-    /// From the next undo() on the entry is obsolete, which has QUndoStack delete it.
-    void cancel() noexcept { _isCancelled = true; }
-    /// Undoes all steps, then makes another command, which captures what it finds, and does that.
-    void restart(const std::function<std::unique_ptr<QUndoCommand>()>& make);
+    /// The command of the last steps; there must be one.
+    const QUndoCommand& lastCommand() const { return *_commands.back(); }
 
 private:
-    std::unique_ptr<QUndoCommand> _command;
-    int _drag;
-    bool _isCancelled = false;
+    std::vector<std::unique_ptr<QUndoCommand>> _commands; ///< more than one where one took in no further step
+    bool _isDone = true;
 };
 
 } // namespace Editor

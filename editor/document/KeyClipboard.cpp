@@ -4,6 +4,7 @@
 #include "base/animation/XmlText.h"
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "document/Document.h"
+#include "document/Macro.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -115,7 +116,8 @@ std::unique_ptr<QMimeData> KeyClipboard::copy(const KeySelection::Keys& keys) {
     return data;
 }
 
-std::size_t KeyClipboard::paste(const QMimeData& data, unsigned int frame, EditableMotionCurve* fallback) {
+KeyClipboard::Report KeyClipboard::paste(const QMimeData& data, unsigned int frame,
+                                         EditableMotionCurve* fallback) {
     const auto animation = animationIn(data);
     unsigned int first = std::numeric_limits<unsigned int>::max();
     std::size_t keyCount = 0;
@@ -143,11 +145,10 @@ std::size_t KeyClipboard::paste(const QMimeData& data, unsigned int frame, Edita
     if (keys.empty()) {
         fail(!problem.isEmpty() ? problem : tr("no layer has the name of one that the keys come from"));
     }
-    _insert(keys, first, frame, tr("Paste keys"));
-    return keyCount - keys.size();
+    return {keyCount - keys.size(), _insert(keys, first, frame, tr("Paste keys"))};
 }
 
-void KeyClipboard::duplicate(const KeySelection::Keys& keys) {
+KeyClipboard::Report KeyClipboard::duplicate(const KeySelection::Keys& keys) {
     std::vector<Placed> copies;
     unsigned int first = std::numeric_limits<unsigned int>::max();
     unsigned int last = 0;
@@ -159,12 +160,12 @@ void KeyClipboard::duplicate(const KeySelection::Keys& keys) {
         }
     }
     if (copies.empty()) {
-        return;
+        return {};
     }
     if (last == std::numeric_limits<unsigned int>::max()) {
         fail(tr("there is no frame behind the last key"));
     }
-    _insert(copies, first, last + 1U, tr("Duplicate keys"));
+    return {0, _insert(copies, first, last + 1U, tr("Duplicate keys"))};
 }
 
 // Null where it takes no keys. The problem is said where the layer is there.
@@ -181,8 +182,8 @@ EditableMotionCurve* KeyClipboard::_curveFor(const QString& name, int occurrence
     return nullptr;
 }
 
-void KeyClipboard::_insert(const std::vector<Placed>& keys, unsigned int from, unsigned int to,
-                           const QString& text) {
+std::size_t KeyClipboard::_insert(const std::vector<Placed>& keys, unsigned int from, unsigned int to,
+                                  const QString& text) {
     constexpr qint64 lastFrame = std::numeric_limits<unsigned int>::max();
     const qint64 shift = qint64{to} - qint64{from};
     for (const Placed& each : keys) {
@@ -192,15 +193,19 @@ void KeyClipboard::_insert(const std::vector<Placed>& keys, unsigned int from, u
     }
     QMap<EditableMotionCurve*, EditableMotionCurve::KeysIndexMap> newcomers;
     KeySelection::Keys selected;
+    std::size_t replaced = 0;
     for (const Placed& each : keys) {
+        const auto frame = static_cast<unsigned int>(qint64{each.frame} + shift);
         EditableMotionCurveKey* const key = each.original->clone(); // The command owns it.
-        newcomers[each.curve].insert(key, static_cast<unsigned int>(qint64{each.frame} + shift));
+        newcomers[each.curve].insert(key, frame);
         selected.insert(key);
+        replaced += each.curve->isIndexAvailable(frame) ? 0U : 1U;
     }
     auto command = std::make_unique<ZT::AnimCmd::AddCurveKeysCommand>(newcomers);
     command->setText(text);
-    _document.history().push(command.release());
+    Macro::push(_document.history(), std::move(command));
     _document.selection().set(selected);
+    return replaced;
 }
 
 } // namespace Editor

@@ -7,8 +7,10 @@
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "document/Document.h"
 #include "document/KeyInsertion.h"
+#include "document/Macro.h"
 
 #include <cmath>
+#include <memory>
 #include <type_traits>
 
 namespace Editor {
@@ -84,8 +86,12 @@ KeyEdits::Common KeyEdits::commonOf(const Keys& keys) {
                   ZT::index(&first),
                   first.getValue(),
                   handleOf(first, TangentSide::left),
-                  handleOf(first, TangentSide::right)};
+                  handleOf(first, TangentSide::right),
+                  {},
+                  {}};
     for (const EditableMotionCurveKey* const key : keys) {
+        common.leftTypes.insert(key->getTangentType(TangentSide::left));
+        common.rightTypes.insert(key->getTangentType(TangentSide::right));
         keepIfSame(common.leftType, [=] { return key->getTangentType(TangentSide::left); });
         keepIfSame(common.rightType, [=] { return key->getTangentType(TangentSide::right); });
         keepIfSame(common.isSmooth, [=] { return key->isSmooth(); });
@@ -109,7 +115,8 @@ EditableMotionCurveKey* KeyEdits::insert(EditableMotionCurve& curve, unsigned in
 
 void KeyEdits::remove(const Keys& keys) {
     if (!keys.isEmpty()) {
-        _document.history().push(new ZT::AnimCmd::RemoveCurveKeysCommand(keys.values()));
+        Macro::push(_document.history(),
+                    std::make_unique<ZT::AnimCmd::RemoveCurveKeysCommand>(keys.values()));
     }
 }
 
@@ -131,21 +138,24 @@ void KeyEdits::_setType(const Keys& keys, std::initializer_list<TangentSide> sid
         }
     }
     if (!others.isEmpty()) {
-        _document.history().push(new ZT::AnimCmd::ChangeInterpTypeCommand(others, type));
+        Macro::push(_document.history(),
+                    std::make_unique<ZT::AnimCmd::ChangeInterpTypeCommand>(others, type));
     }
 }
 
 void KeyEdits::setSmooth(const Keys& keys, bool isSmooth) {
     const Keys others = keysThat(keys, [&](const auto& key) { return key.isSmooth() != isSmooth; });
     if (!others.isEmpty()) {
-        _document.history().push(new ZT::AnimCmd::ChangeSmoothnessCommand(others, isSmooth));
+        Macro::push(_document.history(),
+                    std::make_unique<ZT::AnimCmd::ChangeSmoothnessCommand>(others, isSmooth));
     }
 }
 
 void KeyEdits::setSymmetrical(const Keys& keys, bool isSymmetrical) {
     const Keys others = keysThat(keys, [&](const auto& key) { return key.isSymmetrical() != isSymmetrical; });
     if (!others.isEmpty()) {
-        _document.history().push(new ZT::AnimCmd::ChangeSymmetryCommand(others, isSymmetrical));
+        Macro::push(_document.history(),
+                    std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(others, isSymmetrical));
     }
 }
 
@@ -157,7 +167,7 @@ void KeyEdits::setValue(const Keys& keys, float value) {
         }
     }
     if (!targets.isEmpty()) {
-        _document.history().push(new ZT::AnimCmd::MoveCurveKeysCommand(targets, true));
+        Macro::push(_document.history(), std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(targets, true));
     }
 }
 
@@ -168,7 +178,8 @@ void KeyEdits::setHandle(const Keys& keys, TangentSide side, const QPointF& offs
         return key.getTangentType(side) == Type::bezier && key.getTangentOffset(side) != qMakePair(x, y);
     });
     if (!others.isEmpty() && std::isfinite(x) && std::isfinite(y)) {
-        _document.history().push(new ZT::AnimCmd::MoveTangentCommand(others, side, x, y, true));
+        Macro::push(_document.history(),
+                    std::make_unique<ZT::AnimCmd::MoveTangentCommand>(others, side, x, y, true));
     }
 }
 

@@ -6,6 +6,8 @@
 
 #include <QPointF>
 
+#include <bitset>
+#include <cstddef>
 #include <initializer_list>
 #include <optional>
 
@@ -21,7 +23,17 @@ public:
 
     explicit KeyEdits(Document& document);
 
-    /// What all keys have in common; empty where they differ or there are none.
+    /// A set of types, by their numbers.
+    class Types {
+    public:
+        bool contains(Type type) const { return _bits.test(static_cast<std::size_t>(type)); }
+        void insert(Type type) { _bits.set(static_cast<std::size_t>(type)); }
+
+    private:
+        std::bitset<4> _bits;
+    };
+
+    /// What all keys have in common; empty where they differ or there are none. And the types that occur.
     struct Common {
         std::optional<Type> leftType;
         std::optional<Type> rightType;
@@ -31,6 +43,8 @@ public:
         std::optional<float> value;
         std::optional<QPointF> leftHandle; ///< frames, value units; of "bezier" tangents
         std::optional<QPointF> rightHandle;
+        Types leftTypes; ///< those of any key
+        Types rightTypes;
     };
     static Common commonOf(const KeySelection::Keys& keys);
 

@@ -3,11 +3,13 @@
 #include "commands/ChangeKeyParamCommand.h"
 #include "commands/MoveTangentCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
+#include "document/History.h"
+#include "document/Macro.h"
 
 #include <QCoreApplication>
-#include <QUndoStack>
 
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace Editor {
@@ -131,25 +133,27 @@ bool KeyInsertion::_isTurned(const Key& neighbour, TangentSide facing, bool isFr
     return isMoved && !keepsHandle(other, far, directionOf(divided, facing));
 }
 
-ZT::EditableMotionCurveKey* KeyInsertion::push(QUndoStack& history) {
-    history.beginMacro(QCoreApplication::translate("Editor::KeyInsertion", "Insert key"));
+ZT::EditableMotionCurveKey* KeyInsertion::push(History& history) {
+    Macro macro(history, QCoreApplication::translate("Editor::KeyInsertion", "Insert key"));
     if (!_symmetricalNoMore.isEmpty()) {
-        history.push(new ZT::AnimCmd::ChangeSymmetryCommand(_symmetricalNoMore, false));
+        macro.add(std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(_symmetricalNoMore, false));
     }
     if (!_smoothNoMore.isEmpty()) {
-        history.push(new ZT::AnimCmd::ChangeSmoothnessCommand(_smoothNoMore, false));
+        macro.add(std::make_unique<ZT::AnimCmd::ChangeSmoothnessCommand>(_smoothNoMore, false));
     }
     if (!_bezierNow.isEmpty()) {
-        history.push(new ZT::AnimCmd::ChangeInterpTypeCommand(_bezierNow, Type::bezier));
+        macro.add(std::make_unique<ZT::AnimCmd::ChangeInterpTypeCommand>(_bezierNow, Type::bezier));
     }
     auto* const key = new Key(_division.key); // The command owns it.
-    history.push(new ZT::AnimCmd::AddCurveKeysCommand(key, &_curve, _frame));
+    macro.add(std::make_unique<ZT::AnimCmd::AddCurveKeysCommand>(key, &_curve, _frame));
     if (_isCubic) {
         const auto [left, right] = std::make_pair(_division.leftsHandle, _division.rightsHandle);
-        history.push(new ZT::AnimCmd::MoveTangentCommand(_left, TangentSide::right, left.x, left.y, true));
-        history.push(new ZT::AnimCmd::MoveTangentCommand(_right, TangentSide::left, right.x, right.y, true));
+        macro.add(std::make_unique<ZT::AnimCmd::MoveTangentCommand>(_left, TangentSide::right, left.x, left.y,
+                                                                    true));
+        macro.add(std::make_unique<ZT::AnimCmd::MoveTangentCommand>(_right, TangentSide::left, right.x,
+                                                                    right.y, true));
     }
-    history.endMacro();
+    macro.commit();
     return key;
 }
 

@@ -7,9 +7,9 @@
 #include <QMultiMap>
 #include <QSet>
 
-class QUndoStack;
-
 namespace Editor {
+
+class History;
 
 /// Puts a key on a curve so that the curve passes through it as it did before, within what rounding of its
 /// numbers to floats allows. A cubic is divided, see divideSegment() for handles that reach too far; on a
@@ -25,7 +25,7 @@ public:
     KeyInsertion(ZT::EditableMotionCurve& curve, unsigned int frame);
 
     /// One entry of the history. Returns the key, which the curve holds then.
-    ZT::EditableMotionCurveKey* push(QUndoStack& history);
+    ZT::EditableMotionCurveKey* push(History& history);
 
 private:
     using Key = ZT::EditableMotionCurveKey;

@@ -3,6 +3,7 @@
 #include "document/Document.h"
 #include "document/KeySelection.h"
 #include "document/LayerCommands.h"
+#include "document/Macro.h"
 
 #include <QRegularExpression>
 
@@ -12,21 +13,6 @@
 namespace Editor {
 
 namespace {
-
-// The commands pushed while it lives are one entry.
-class [[nodiscard]] Macro {
-public:
-    Macro(QUndoStack& history, const QString& text)
-        : _history(history) {
-        _history.beginMacro(text);
-    }
-    Macro(const Macro&) = delete;
-    Macro& operator=(const Macro&) = delete;
-    ~Macro() { _history.endMacro(); }
-
-private:
-    QUndoStack& _history;
-};
 
 // Clones have each bit of the keys and their flags; reading a tree would turn the handles of smooth keys
 // anew.
@@ -67,9 +53,9 @@ int LayerEdits::add(int index) {
     }
     auto layer = std::make_unique<ZT::EditableAnimationLayer>(record);
     layer->setActuatorName(uniqueName(tr("Layer")));
-    _document.history().push(new AddLayerCommand(_document, index, std::move(layer),
-                                                 LayerLook{Document::colourAt(_document.layerCount())},
-                                                 tr("Add layer")));
+    const LayerLook look{Document::colourAt(_document.layerCount())};
+    Macro::push(_document.history(),
+                std::make_unique<AddLayerCommand>(_document, index, std::move(layer), look, tr("Add layer")));
     return index;
 }
 
@@ -77,7 +63,7 @@ int LayerEdits::duplicate(const std::vector<int>& layers) {
     if (layers.empty()) {
         return -1;
     }
-    const Macro macro(_document.history(), tr("Duplicate layer"));
+    Macro macro(_document.history(), tr("Duplicate layer"));
     int copies = 0;
     for (const int original : layers) {
         const int source = original + copies;
@@ -86,21 +72,21 @@ int LayerEdits::duplicate(const std::vector<int>& layers) {
         copy->setActuatorName(uniqueName(copy->getActuatorName()));
         LayerLook look = _document.look(source);
         look.colour = Document::colourAt(_document.layerCount());
-        _document.history().push(
-            new AddLayerCommand(_document, source + 1, std::move(copy), look, tr("Duplicate layer")));
+        macro.add(std::make_unique<AddLayerCommand>(_document, source + 1, std::move(copy), look, QString()));
     }
+    macro.commit();
     return layers.front() + 1;
 }
 
 void LayerEdits::remove(const std::vector<int>& layers) {
     if (layers.size() == 1) {
-        _document.history().push(new RemoveLayerCommand(_document, layers.front()));
+        Macro::push(_document.history(), std::make_unique<RemoveLayerCommand>(_document, layers.front()));
     } else if (!layers.empty()) {
-        const Macro macro(_document.history(),
-                          tr("Remove %n layer(s)", nullptr, static_cast<int>(layers.size())));
+        Macro macro(_document.history(), tr("Remove %n layer(s)", nullptr, static_cast<int>(layers.size())));
         for (auto layer = layers.rbegin(); layer != layers.rend(); ++layer) {
-            _document.history().push(new RemoveLayerCommand(_document, *layer));
+            macro.add(std::make_unique<RemoveLayerCommand>(_document, *layer));
         }
+        macro.commit();
     }
 }
 
@@ -112,10 +98,11 @@ void LayerEdits::move(const std::vector<int>& layers, int index) {
     }
     if (layers.size() == 1) {
         const int from = layers.front();
-        _document.history().push(new MoveLayerCommand(_document, from, from < index ? index - 1 : index));
+        Macro::push(_document.history(),
+                    std::make_unique<MoveLayerCommand>(_document, from, from < index ? index - 1 : index));
         return;
     }
-    const Macro macro(_document.history(), tr("Move %n layer(s)", nullptr, static_cast<int>(layers.size())));
+    Macro macro(_document.history(), tr("Move %n layer(s)", nullptr, static_cast<int>(layers.size())));
     // Those from above leave their places one by one, and the ones behind them move up.
     int above = 0;
     int below = 0;
@@ -125,9 +112,42 @@ void LayerEdits::move(const std::vector<int>& layers, int index) {
         const int to = isAbove ? index - 1 : index + below;
         (isAbove ? above : below) += 1;
         if (from != to) {
-            _document.history().push(new MoveLayerCommand(_document, from, to));
+            macro.add(std::make_unique<MoveLayerCommand>(_document, from, to));
         }
     }
+    macro.commit();
+}
+
+bool LayerEdits::isSet(int layer, Flag flag) const {
+    if (flag == Flag::mute) {
+        return _document.layer(layer)->isMute();
+    }
+    const LayerLook look = _document.look(layer);
+    return flag == Flag::visible ? look.isVisible : look.isLocked;
+}
+
+void LayerEdits::set(const std::vector<int>& layers, Flag flag, bool isOn) {
+    std::vector<std::unique_ptr<QUndoCommand>> commands;
+    for (const int layer : layers) {
+        if (isSet(layer, flag) == isOn) {
+            continue;
+        }
+        if (flag == Flag::mute) {
+            commands.push_back(std::make_unique<MuteLayerCommand>(_document, layer, isOn));
+        } else {
+            LayerLook look = _document.look(layer);
+            (flag == Flag::visible ? look.isVisible : look.isLocked) = isOn;
+            commands.push_back(std::make_unique<ChangeLookCommand>(_document, layer, look));
+        }
+    }
+    if (commands.empty()) {
+        return;
+    }
+    Macro macro(_document.history(), commands.front()->text());
+    for (auto& command : commands) {
+        macro.add(std::move(command));
+    }
+    macro.commit();
 }
 
 void LayerEdits::selectKeys(const std::vector<int>& layers) {

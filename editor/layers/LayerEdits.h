@@ -14,6 +14,9 @@ class LayerEdits {
     Q_DECLARE_TR_FUNCTIONS(Editor::LayerEdits)
 
 public:
+    /// What a layer is or is not.
+    enum class Flag { visible, mute, locked };
+
     explicit LayerEdits(Document& document);
 
     /// Puts an empty layer, at the rate of the first one, in front of @p index. Returns where it is.
@@ -24,6 +27,9 @@ public:
     void remove(const std::vector<int>& layers);
     /// Moves @p layers, which ascend, in front of the one that is at @p index now.
     void move(const std::vector<int>& layers, int index);
+    bool isSet(int layer, Flag flag) const;
+    /// Shows or hides, silences or lets be heard, locks or unlocks @p layers.
+    void set(const std::vector<int>& layers, Flag flag, bool isOn);
     /// Selects the keys of those of @p layers that may be edited; no entry of the history.
     void selectKeys(const std::vector<int>& layers);
 

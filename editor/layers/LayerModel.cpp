@@ -1,7 +1,10 @@
 #include "layers/LayerModel.h"
 
+#include "document/Attempt.h"
 #include "document/Document.h"
 #include "document/LayerCommands.h"
+#include "document/LayerName.h"
+#include "document/Macro.h"
 #include "layers/LayerEdits.h"
 #include "model/AnimationMarkers.h"
 
@@ -24,6 +27,13 @@ QString rowsType() {
 bool isCheckable(int column) {
     return column == LayerModel::visibleColumn || column == LayerModel::muteColumn ||
            column == LayerModel::lockedColumn;
+}
+
+/// Of a column that is checkable.
+LayerEdits::Flag flagOf(int column) {
+    return column == LayerModel::visibleColumn ? LayerEdits::Flag::visible
+           : column == LayerModel::muteColumn  ? LayerEdits::Flag::mute
+                                               : LayerEdits::Flag::locked;
 }
 
 } // namespace
@@ -122,17 +132,10 @@ QVariant LayerModel::_displayed(int layer, int column) const {
 }
 
 QVariant LayerModel::_checkState(int layer, int column) const {
-    const auto stateOf = [](bool isChecked) { return QVariant(isChecked ? Qt::Checked : Qt::Unchecked); };
-    switch (column) {
-    case visibleColumn:
-        return stateOf(_document.look(layer).isVisible);
-    case muteColumn:
-        return stateOf(_document.layer(layer)->isMute());
-    case lockedColumn:
-        return stateOf(_document.look(layer).isLocked);
-    default:
+    if (!isCheckable(column)) {
         return {};
     }
+    return LayerEdits(_document).isSet(layer, flagOf(column)) ? Qt::Checked : Qt::Unchecked;
 }
 
 QVariant LayerModel::_toolTip(int layer, int column) const {
@@ -213,12 +216,9 @@ bool LayerModel::setData(const QModelIndex& index, const QVariant& value, int ro
     }
     const int layer = index.row();
     bool isSet = false;
-    if (role == Qt::CheckStateRole && isCheckable(index.column())) {
-        isSet = _setChecked(layer, index.column(), value.toInt() == Qt::Checked);
-    } else if (role == Qt::EditRole && index.column() == colourColumn) {
-        isSet = _setColour(layer, value.value<QColor>());
-    } else if (role == Qt::EditRole && index.column() == nameColumn) {
-        isSet = _rename(layer, value.toString());
+    const QString why = attempt([&] { isSet = _set(layer, index.column(), value, role); });
+    if (!why.isEmpty()) {
+        Q_EMIT refused(tr("Not done: %1.").arg(why));
     }
     if (isSet) {
         _announceRow(layer);
@@ -226,27 +226,24 @@ bool LayerModel::setData(const QModelIndex& index, const QVariant& value, int ro
     return isSet;
 }
 
+bool LayerModel::_set(int layer, int column, const QVariant& value, int role) {
+    if (role == Qt::CheckStateRole && isCheckable(column)) {
+        LayerEdits(_document).set({layer}, flagOf(column), value.toInt() == Qt::Checked);
+        return true;
+    }
+    if (role == Qt::EditRole && column == colourColumn) {
+        return _setColour(layer, value.value<QColor>());
+    }
+    return role == Qt::EditRole && column == nameColumn && _rename(layer, value.toString());
+}
+
 bool LayerModel::_rename(int layer, const QString& name) {
-    if (name.isEmpty()) {
+    if (const QString why = problemInName(name); !why.isEmpty()) {
+        Q_EMIT refused(tr("Not renamed: %1").arg(why));
         return false;
     }
     if (name != _document.layer(layer)->getActuatorName()) {
-        _document.history().push(new RenameLayerCommand(_document, layer, name));
-    }
-    return true;
-}
-
-bool LayerModel::_setChecked(int layer, int column, bool isChecked) {
-    if (column == muteColumn) {
-        if (isChecked != _document.layer(layer)->isMute()) {
-            _document.history().push(new MuteLayerCommand(_document, layer, isChecked));
-        }
-        return true;
-    }
-    LayerLook look = _document.look(layer);
-    (column == visibleColumn ? look.isVisible : look.isLocked) = isChecked;
-    if (look != _document.look(layer)) {
-        _document.history().push(new ChangeLookCommand(_document, layer, look));
+        Macro::push(_document.history(), std::make_unique<RenameLayerCommand>(_document, layer, name));
     }
     return true;
 }
@@ -258,7 +255,7 @@ bool LayerModel::_setColour(int layer, const QColor& colour) {
     }
     if (colour.rgba() != look.colour.rgba()) { // Comparison tells apart in which way it was made.
         look.colour = colour;
-        _document.history().push(new ChangeLookCommand(_document, layer, look));
+        Macro::push(_document.history(), std::make_unique<ChangeLookCommand>(_document, layer, look));
     }
     return true;
 }
@@ -308,8 +305,12 @@ bool LayerModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int 
     if (!canDropMimeData(data, action, row, column, parent)) {
         return false;
     }
-    LayerEdits(_document).move(_draggedRows(*data), row < 0 ? rowCount() : row); // -1: behind the last row
-    return true;
+    const int to = row < 0 ? rowCount() : row; // -1: behind the last row
+    const QString why = attempt([&] { LayerEdits(_document).move(_draggedRows(*data), to); });
+    if (!why.isEmpty()) {
+        Q_EMIT refused(tr("Not moved: %1.").arg(why));
+    }
+    return why.isEmpty();
 }
 
 } // namespace Editor

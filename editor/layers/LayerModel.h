@@ -36,7 +36,8 @@ public:
     Qt::ItemFlags flags(const QModelIndex& index) const override;
 
     /// Pushes one command: Qt::CheckStateRole for the check boxes, Qt::EditRole for colour and name. Returns
-    /// false, and does nothing, for anything else, a colour that is none and an empty name.
+    /// false, and does nothing, for anything else, a colour that is none and a name that a file cannot hold:
+    /// refused() says why.
     bool setData(const QModelIndex& index, const QVariant& value, int role = Qt::EditRole) override;
 
     Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
@@ -49,13 +50,17 @@ public:
     bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
                       const QModelIndex& parent) override;
 
+Q_SIGNALS:
+    /// An edit could not be done; @p why is for people.
+    void refused(const QString& why);
+
 private:
     QVariant _displayed(int layer, int column) const;
     QVariant _checkState(int layer, int column) const;
     QVariant _toolTip(int layer, int column) const;
     QVariant _accessibleText(int layer, int column) const;
+    bool _set(int layer, int column, const QVariant& value, int role);
     bool _rename(int layer, const QString& name);
-    bool _setChecked(int layer, int column, bool isChecked);
     bool _setColour(int layer, const QColor& colour);
     std::vector<int> _draggedRows(const QMimeData& data) const;
     void _observe();

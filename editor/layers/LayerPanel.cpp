@@ -1,7 +1,7 @@
 #include "layers/LayerPanel.h"
 
+#include "document/Attempt.h"
 #include "document/Document.h"
-#include "layers/LayerEdits.h"
 #include "layers/LayerModel.h"
 #include "layers/ToggleDelegate.h"
 
@@ -32,6 +32,7 @@ LayerPanel::LayerPanel(Document& document, QWidget* parent)
     _filter->setClearButtonEnabled(true);
     connect(_filter, &QLineEdit::textChanged, _filtered, &QSortFilterProxyModel::setFilterFixedString);
 
+    connect(_model, &LayerModel::refused, this, &LayerPanel::refused);
     _filtered->setSourceModel(_model);
     _filtered->setFilterKeyColumn(LayerModel::nameColumn);
     _filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
@@ -118,6 +119,11 @@ void LayerPanel::_makeActions() {
     for (QAction* const action : actions()) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     }
+    _addToggle(tr("Show curve"), "showLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_H, LayerEdits::Flag::visible);
+    _addToggle(tr("Mute"), "muteLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_M, LayerEdits::Flag::mute);
+    _addToggle(tr("Lock"), "lockLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_L, LayerEdits::Flag::locked);
+    // A click turns the mark, whatever it does to the layers.
+    connect(_model, &QAbstractItemModel::dataChanged, this, &LayerPanel::_updateActions);
     _table->setContextMenuPolicy(Qt::ActionsContextMenu);
     _table->addActions(actions());
 }
@@ -128,6 +134,36 @@ QAction* LayerPanel::_addAction(const QString& text, const QString& shortText, v
     connect(action, &QAction::triggered, this, slot);
     addAction(action);
     return action;
+}
+
+void LayerPanel::_addToggle(const QString& text, const char* name, const QKeySequence& keys,
+                            LayerEdits::Flag flag) {
+    auto* const action = new QAction(text, this);
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(keys);
+    action->setCheckable(true);
+    connect(action, &QAction::triggered, this, [this, flag] {
+        _attempt([this, flag] { _toggle(flag); });
+        _updateActions();
+    });
+    addAction(action);
+    _selectionActions << action;
+    _toggles.emplace_back(action, flag);
+}
+
+// Where the layers differ, the first time all become so.
+void LayerPanel::_toggle(LayerEdits::Flag flag) {
+    LayerEdits edits(_document);
+    const std::vector<int> layers = _selectedLayers();
+    const bool isAll =
+        std::all_of(layers.begin(), layers.end(), [&](int layer) { return edits.isSet(layer, flag); });
+    edits.set(layers, flag, !isAll);
+}
+
+void LayerPanel::_attempt(const std::function<void()>& edit) {
+    if (const QString why = attempt(edit); !why.isEmpty()) {
+        Q_EMIT refused(tr("Not done: %1.").arg(why));
+    }
 }
 
 QWidget* LayerPanel::_makeButtons() {
@@ -184,15 +220,17 @@ void LayerPanel::_selectLayers(int first, int count) {
 
 void LayerPanel::addLayer() {
     const int current = currentLayer();
-    setCurrentLayer(LayerEdits(_document).add(current < 0 ? _document.layerCount() : current + 1));
+    _attempt([&] {
+        setCurrentLayer(LayerEdits(_document).add(current < 0 ? _document.layerCount() : current + 1));
+    });
 }
 
 void LayerPanel::duplicateLayer() {
-    setCurrentLayer(LayerEdits(_document).duplicate(_selectedLayers()));
+    _attempt([&] { setCurrentLayer(LayerEdits(_document).duplicate(_selectedLayers())); });
 }
 
 void LayerPanel::removeLayer() {
-    LayerEdits(_document).remove(_selectedLayers());
+    _attempt([&] { LayerEdits(_document).remove(_selectedLayers()); });
     if (currentLayer() >= 0) {
         _selectLayers(currentLayer(), 1); // The row that came up to the place is current, but not selected.
     }
@@ -213,14 +251,16 @@ void LayerPanel::moveLayersDown() {
 }
 
 void LayerPanel::_moveLayers(const std::vector<int>& layers, int index) {
-    LayerEdits(_document).move(layers, index);
-    const auto before =
-        std::count_if(layers.begin(), layers.end(), [index](int layer) { return layer < index; });
-    _selectLayers(index - static_cast<int>(before), static_cast<int>(layers.size()));
+    _attempt([&] {
+        LayerEdits(_document).move(layers, index);
+        const auto before =
+            std::count_if(layers.begin(), layers.end(), [index](int layer) { return layer < index; });
+        _selectLayers(index - static_cast<int>(before), static_cast<int>(layers.size()));
+    });
 }
 
 void LayerPanel::selectKeys() {
-    LayerEdits(_document).selectKeys(_selectedLayers());
+    _attempt([&] { LayerEdits(_document).selectKeys(_selectedLayers()); });
 }
 
 void LayerPanel::chooseColour() {
@@ -248,6 +288,14 @@ void LayerPanel::_updateActions() {
     const bool isAnySelected = _table->selectionModel()->hasSelection();
     for (QAction* const action : qAsConst(_selectionActions)) {
         action->setEnabled(isAnySelected);
+    }
+    const LayerEdits edits(_document);
+    const std::vector<int> layers = _selectedLayers();
+    for (const auto& [action, flag] : _toggles) {
+        action->setChecked(!layers.empty() &&
+                           std::all_of(layers.begin(), layers.end(), [&edits, flag = flag](int layer) {
+                               return edits.isSet(layer, flag);
+                           }));
     }
 }
 

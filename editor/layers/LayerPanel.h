@@ -1,7 +1,11 @@
 #pragma once
 
+#include "layers/LayerEdits.h"
+
 #include <QWidget>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 class QLineEdit;
@@ -12,7 +16,6 @@ class QTableView;
 
 namespace Editor {
 
-class Document;
 class LayerModel;
 
 /// The list of layers: found by name, renamed, coloured, shown, muted and locked in place, dragged to another
@@ -45,6 +48,8 @@ public Q_SLOTS:
 Q_SIGNALS:
     /// Another layer is the current one, or it is at another place in the list.
     void currentLayerChanged(int index);
+    /// An edit could not be done; @p why is for a status bar.
+    void refused(const QString& why);
 
 private:
     void _makeTable();
@@ -52,6 +57,9 @@ private:
     void _makeActions();
     QWidget* _makeButtons();
     QAction* _addAction(const QString& text, const QString& shortText, void (LayerPanel::*slot)());
+    void _addToggle(const QString& text, const char* name, const QKeySequence& keys, LayerEdits::Flag flag);
+    void _toggle(LayerEdits::Flag flag);
+    void _attempt(const std::function<void()>& edit);
     std::vector<int> _selectedLayers() const;
     void _selectLayers(int first, int count);
     void _moveLayers(const std::vector<int>& layers, int index);
@@ -64,7 +72,8 @@ private:
     QLineEdit* _filter;                ///< a child
     QTableView* _table;                ///< a child
     QList<QAction*> _selectionActions; ///< of actions(), those that need a selected layer
-    int _announced = -1;               ///< the current layer as last announced
+    std::vector<std::pair<QAction*, LayerEdits::Flag>> _toggles; ///< of those, the ones with a check mark
+    int _announced = -1;                                         ///< the current layer as last announced
 };
 
 } // namespace Editor

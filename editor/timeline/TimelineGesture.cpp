@@ -2,10 +2,9 @@
 
 #include "document/Document.h"
 #include "document/Drag.h"
-#include "document/DragKind.h"
+#include "document/RangeDrags.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/CurveKeys.h"
-#include "timeline/NewRange.h"
 
 #include <QApplication>
 
@@ -124,7 +123,7 @@ std::unique_ptr<DragKind> TimelineGesture::_dragKind() const {
     case Part::rangeEnd:
         return dragRangeEnd(_document, ZT::AnimCmd::StretchSide::end);
     case Part::lane:
-        return dragShownRange(_document, _target.frame());
+        return dragNewRange(_document, _target.frame());
     default:
         return dragKeys(_document.selection().keys());
     }

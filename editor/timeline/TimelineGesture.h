@@ -35,6 +35,7 @@ public:
     bool isActive() const noexcept { return _kind != Kind::none; }
     /// Whether a marker or the current frame follows the pointer.
     bool movesMarker() const noexcept;
+    bool spansBand() const noexcept { return _kind == Kind::band; }
     /// The rubber band; empty where there is none.
     QRect band(const TimelineLayout& layout) const;
 

@@ -35,7 +35,10 @@ void TimelineHeader::paintGrounds(QPainter& painter) const {
     drawElided(painter, _layout.nameBeside(_layout.ruler()), tr("Frame"), _palette.fadedText);
     drawElided(painter, _layout.nameBeside(_layout.lane()), tr("Range"), _palette.fadedText);
     if (!_markers.isRangeVisible()) {
-        drawElided(painter, _layout.lane(), tr("Drag here to make a range"), _palette.fadedText);
+        // Beside the line of a current frame at the beginning.
+        const QRect lane = _layout.lane();
+        drawElided(painter, lane.adjusted(2 * lane.height(), 0, 0, 0), tr("Drag here to make a range"),
+                   _palette.fadedText);
     }
     painter.save();
     painter.setClipRect(_layout.ruler() | _layout.rows());

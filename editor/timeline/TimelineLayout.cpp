@@ -38,6 +38,11 @@ QRect TimelineLayout::endHandle(unsigned int frame) const {
     return {x(frame) + 1, ruler().bottom() + 1 - _handleSize, _handleSize, _handleSize};
 }
 
+QRect TimelineLayout::lineAt(unsigned int frame) const {
+    const QRect line(x(frame) - 1, 0, 3, _size.height());
+    return line & (ruler() | rows());
+}
+
 // Keys that stand close to each other become smaller, but never too small to be seen and met.
 int TimelineLayout::keyRadius() const {
     const double apart = length() / _frames.span();

@@ -35,6 +35,9 @@ public:
     QRect startHandle(unsigned int frame) const;
     QRect endHandle(unsigned int frame) const;
 
+    /// What the line of a frame covers, from the ruler through all rows; empty where it is out of sight.
+    QRect lineAt(unsigned int frame) const;
+
     int columnWidth() const noexcept { return _columnWidth; }
     int rowHeight() const noexcept { return _rowHeight; }
     /// The height that all rows would need.

@@ -10,6 +10,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <limits>
 
 namespace Editor {
 
@@ -93,11 +94,48 @@ void TimelineRows::_drawMarks(QPainter& painter, const QRect& row, const Marks& 
     painter.restore();
 }
 
+// Those of @p frames from the first to the last key of all layers.
+TimelineLayout::Frames TimelineRows::_framesWithKeys(const TimelineLayout::Frames& frames) const {
+    TimelineLayout::Frames with{std::numeric_limits<unsigned int>::max(), 0};
+    for (ZT::EditableAnimationLayer* const layer : _document.animation()) {
+        if (ZT::EditableMotionCurve& curve = *layer->getCurve(); !curve.empty()) {
+            with.first = std::min(with.first, curve.begin()->first);
+            with.last = std::max(with.last, curve.getGreaterIndex());
+        }
+    }
+    return {std::max(frames.first, with.first), std::min(frames.last, with.last)};
+}
+
+// Where in marks of the width keys can be.
+std::vector<std::size_t> TimelineRows::_placesOfKeys(int width) const {
+    const int origin = _layout.columnWidth() - _reach;
+    const auto frames = _framesWithKeys(_layout.framesBetween(origin, origin + width - 1));
+    std::vector<std::size_t> places;
+    if (frames.first > frames.last) {
+        return places;
+    }
+    const unsigned int span = frames.last - frames.first;
+    // No more than there are pixels.
+    const unsigned int steps = std::min(span, static_cast<unsigned int>(width));
+    for (unsigned int step = 0; step <= steps; ++step) {
+        const double frame = frames.first + (steps == 0 ? 0.0 : static_cast<double>(span) * step / steps);
+        places.push_back(static_cast<std::size_t>(std::clamp(_layout.x(frame) - origin, 0, width - 1)));
+    }
+    return places;
+}
+
+// Where all layers have their keys at the same frames, the first ones show all that there is to be seen.
 void TimelineRows::_paintSummary(QPainter& painter) const {
     const QRect row = _layout.summary();
     const int width = row.width() + 2 * _reach;
     Marks marks(static_cast<std::size_t>(width), Mark::none);
-    for (int layer = 0; layer < _document.layerCount(); ++layer) {
+    const std::vector<std::size_t> places = _placesOfKeys(width);
+    const Mark most = _document.selection().isEmpty() ? Mark::editable : Mark::selected;
+    const auto isFull = [&] {
+        return std::all_of(places.begin(), places.end(),
+                           [&](std::size_t place) { return marks[place] == most; });
+    };
+    for (int layer = 0; layer < _document.layerCount() && !isFull(); ++layer) {
         _markKeys(layer, marks);
     }
     _drawMarks(painter, row, marks, _palette.fadedText);

@@ -5,6 +5,7 @@
 
 #include <QPainter>
 
+#include <cstddef>
 #include <vector>
 
 namespace Editor {
@@ -29,6 +30,8 @@ private:
     void _markKeys(int layer, Marks& marks) const;
     void _drawMarks(QPainter& painter, const QRect& row, const Marks& marks, const QColor& colour) const;
     QColor _ground(int layer) const;
+    TimelineLayout::Frames _framesWithKeys(const TimelineLayout::Frames& frames) const;
+    std::vector<std::size_t> _placesOfKeys(int width) const;
     void _paintSummary(QPainter& painter) const;
     void _paintLayer(QPainter& painter, int layer, Marks& marks) const;
 

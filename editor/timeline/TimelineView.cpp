@@ -3,10 +3,10 @@
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
 #include "document/Drag.h"
-#include "document/DragKind.h"
 #include "document/KeySelection.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/TimelineHeader.h"
+#include "timeline/TimelineKeyboard.h"
 #include "timeline/TimelinePalette.h"
 #include "timeline/TimelineRows.h"
 
@@ -20,12 +20,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Editor {
 
 namespace {
-
-constexpr double zoomStep = 1.2; ///< by a notch of the wheel, as by a key
 
 Qt::CursorShape cursorOf(TimelineTarget::Part part) {
     using Part = TimelineTarget::Part;
@@ -47,9 +46,9 @@ Qt::CursorShape cursorOf(TimelineTarget::Part part) {
 TimelineView::TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWidget* parent)
     : QAbstractScrollArea(parent)
     , _document(document)
-    , _drag(drag)
     , _frames(frames)
     , _navigator(document, frames)
+    , _keyboard(document, drag, _navigator, *this)
     , _gesture(document, drag) {
     setAccessibleName(tr("Timeline"));
     setAccessibleDescription(tr("Left and Right move the selected keys, with Shift by ten frames. Ctrl+Left "
@@ -77,19 +76,29 @@ TimelineView::TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWi
 void TimelineView::_observe() {
     using Markers = ZT::AnimationMarkers;
     const Markers* const markers = &_document.markers();
-    connect(markers, &Markers::selectedIndexChanged, this, &TimelineView::_repaint);
+    connect(markers, &Markers::selectedIndexChanged, this, &TimelineView::_moveCurrentFrame);
     connect(markers, &Markers::startIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::endIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeStartIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeEndIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeVisibilityChanged, this, &TimelineView::_repaint);
+    _currentFrame = markers->selectedIndex();
     _gesture.forget();
     _updateScrollBar();
     _repaint();
 }
 
 void TimelineView::_repaint() {
+    _picture.spoil();
     viewport()->update();
+}
+
+// In the ruler labels come and go with it.
+void TimelineView::_moveCurrentFrame(unsigned int frame) {
+    const TimelineLayout now = parts();
+    viewport()->update(now.ruler());
+    viewport()->update(now.lineAt(std::exchange(_currentFrame, frame)));
+    viewport()->update(now.lineAt(frame));
 }
 
 int TimelineView::currentLayer() const {
@@ -139,7 +148,12 @@ void TimelineView::resizeEvent(QResizeEvent* event) {
 
 void TimelineView::changeEvent(QEvent* event) {
     QAbstractScrollArea::changeEvent(event);
-    _updateScrollBar(); // The font may be another one.
+    _updateScrollBar();
+    _repaint(); // The colours or the font may be other ones.
+}
+
+void TimelineView::scrollContentsBy(int /*dx*/, int /*dy*/) {
+    _repaint();
 }
 
 void TimelineView::paintEvent(QPaintEvent* /*event*/) {
@@ -148,9 +162,11 @@ void TimelineView::paintEvent(QPaintEvent* /*event*/) {
     const TimelinePalette colours(palette());
     const TimelineRows rows(_document, now, colours, currentLayer());
     const TimelineHeader header(_document.markers(), now, colours);
-    rows.paintGrounds(painter);
-    header.paintGrounds(painter);
-    rows.paintNamesAndKeys(painter);
+    _picture.paint(painter, *viewport(), [&](QPainter& onto) {
+        rows.paintGrounds(onto);
+        header.paintGrounds(onto);
+        rows.paintNamesAndKeys(onto);
+    });
     header.paintLines(painter);
     if (const QRect band = _gesture.band(now); !band.isEmpty()) {
         painter.setPen(colours.selection);
@@ -166,12 +182,12 @@ void TimelineView::paintEvent(QPaintEvent* /*event*/) {
 
 void TimelineView::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
-    _repaint();
+    viewport()->update();
 }
 
 void TimelineView::focusOutEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusOutEvent(event);
-    _repaint();
+    viewport()->update();
 }
 
 void TimelineView::hideEvent(QHideEvent* event) {
@@ -223,6 +239,12 @@ void TimelineView::mousePressEvent(QMouseEvent* event) {
         } else {
             _gesture.press(target, now, event->pos(), event->modifiers());
         }
+    } else if (event->button() == Qt::RightButton) { // What a menu then offers is about the keys that it met.
+        const TimelineTarget target(_document, parts(), event->pos());
+        const auto keys = target.isKey() ? target.keys(_document) : KeySelection::Keys();
+        if (!_document.selection().keys().contains(keys)) {
+            _document.selection().set(keys);
+        }
     }
 }
 
@@ -233,7 +255,7 @@ void TimelineView::mouseMoveEvent(QMouseEvent* event) {
     }
     if (_gesture.isActive()) {
         _gesture.move(parts(), event->pos());
-        _repaint(); // The rubber band.
+        _repaintBand();
     }
     if (!_gesture.isActive() || _gesture.movesMarker()) {
         _hover(event->pos());
@@ -244,8 +266,14 @@ void TimelineView::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::MiddleButton) {
         _panned.reset();
     } else if (event->button() == Qt::LeftButton && _gesture.isActive()) {
+        _repaintBand(); // It is gone then.
         _gesture.release(parts(), event->pos());
-        _repaint();
+    }
+}
+
+void TimelineView::_repaintBand() {
+    if (_gesture.spansBand()) {
+        viewport()->update();
     }
 }
 
@@ -271,91 +299,9 @@ void TimelineView::_announce(const QString& text) {
 
 void TimelineView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && _gesture.cancel()) {
-        _repaint();
-    } else if (event->key() == Qt::Key_Escape && !_document.selection().isEmpty()) {
-        _document.selection().clear();
-    } else if (_gesture.isActive() || !_handleKey(*event)) {
+        viewport()->update();
+    } else if (_gesture.isActive() || !_keyboard.press(*event)) {
         QAbstractScrollArea::keyPressEvent(event);
-    }
-}
-
-bool TimelineView::_handleKey(const QKeyEvent& event) {
-    const bool isShift = (event.modifiers() & Qt::ShiftModifier) != 0;
-    const bool isControl = (event.modifiers() & Qt::ControlModifier) != 0;
-    const double step = isShift ? 10.0 : 1.0;
-    switch (event.key()) {
-    case Qt::Key_Left:
-        isControl ? goToPreviousKey() : _step(-step);
-        return true;
-    case Qt::Key_Right:
-        isControl ? goToNextKey() : _step(step);
-        return true;
-    case Qt::Key_Home:
-        goToStart();
-        return true;
-    case Qt::Key_End:
-        goToEnd();
-        return true;
-    case Qt::Key_Up:
-        _stepLayer(-1);
-        return true;
-    case Qt::Key_Down:
-        _stepLayer(1);
-        return true;
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-        _selectAtCurrentFrame(isShift);
-        return true;
-    case Qt::Key_Plus:
-        _navigator.zoom(1.0 / zoomStep);
-        return true;
-    case Qt::Key_Minus:
-        _navigator.zoom(zoomStep);
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Without selected keys the current frame moves, so that the keyboard can go to where it selects some.
-void TimelineView::_step(double frames) {
-    if (_document.selection().isEmpty()) {
-        _navigator.step(frames);
-    } else {
-        _nudge(frames);
-    }
-}
-
-// The drag takes its message back when it ends, which here is at once; it is said in its stead.
-void TimelineView::_nudge(double frames) {
-    QString why;
-    const auto listening = connect(&_drag, &Drag::blocked, this,
-                                   [&why](const QString& text) { why = text.isEmpty() ? why : text; });
-    _drag.begin(dragKeys(_document.selection().keys()));
-    _drag.moveTo(QPointF(frames, 0.0));
-    _drag.finish();
-    disconnect(listening);
-    _announce(why);
-}
-
-void TimelineView::_stepLayer(int layers) {
-    if (_document.layerCount() > 0) {
-        const int current = currentLayer();
-        setCurrentLayer(current < 0 ? 0 : qBound(0, current + layers, _document.layerCount() - 1));
-    }
-}
-
-void TimelineView::_selectAtCurrentFrame(bool isToggling) {
-    KeySelection::Keys keys;
-    for (ZT::EditableMotionCurve* const curve : _navigator.curvesOf(currentLayer())) {
-        if (ZT::EditableMotionCurveKey* const key = curve->getKey(_document.markers().selectedIndex())) {
-            keys.insert(key);
-        }
-    }
-    if (isToggling) {
-        _document.selection().toggle(keys);
-    } else {
-        _document.selection().set(keys);
     }
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "curves/ViewPicture.h"
 #include "timeline/FrameNavigator.h"
 #include "timeline/TimelineGesture.h"
+#include "timeline/TimelineKeyboard.h"
 #include "timeline/TimelineLayout.h"
 
 #include <QAbstractScrollArea>
@@ -19,6 +21,7 @@ namespace Editor {
 
 class Document;
 class Drag;
+class TimelineKeyboard;
 class ViewAxis;
 
 /// Layers over time: a row of keys for each layer and one for all together, below a ruler with the current
@@ -31,6 +34,8 @@ class TimelineView : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
+    static constexpr double zoomStep = 1.2; ///< by a notch of the wheel, as by a key
+
     /// All of them must outlive the view.
     TimelineView(Document& document, Drag& drag, ViewAxis& frames, QWidget* parent = nullptr);
 
@@ -71,27 +76,27 @@ protected:
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void hideEvent(QHideEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
 
 private:
     void _observe();
     void _repaint();
+    void _repaintBand();
+    void _moveCurrentFrame(unsigned int frame);
     void _updateScrollBar();
     void _hover(const QPoint& point);
     void _announce(const QString& text);
     void _panTo(const QPoint& point);
-    bool _handleKey(const QKeyEvent& event);
-    void _step(double frames);
-    void _nudge(double frames);
-    void _stepLayer(int layers);
-    void _selectAtCurrentFrame(bool isToggling);
 
     Document& _document;
-    Drag& _drag;
     ViewAxis& _frames;
     FrameNavigator _navigator;
+    TimelineKeyboard _keyboard;
     TimelineGesture _gesture;
     QPointer<ZT::EditableAnimationLayer> _currentLayer; ///< may be out of the animation for a while
-    std::optional<QPoint> _panned; ///< where the pointer was when the view was last panned
+    ViewPicture _picture;           ///< of all but lines of frames, the rubber band and the focus
+    unsigned int _currentFrame = 0; ///< as painted
+    std::optional<QPoint> _panned;  ///< where the pointer was when the view was last panned
     QString _announced;
 };
 

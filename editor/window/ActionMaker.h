@@ -14,6 +14,9 @@ namespace Editor {
 QAction* dress(QAction* action, const char* name, const QList<QKeySequence>& keys = {});
 QAction* dress(QAction* action, const char* name, const QList<QKeySequence>& keys, Glyph glyph);
 
+/// Has the tool tip say the action's text and its first keys, after either has changed.
+void showKeys(QAction& action);
+
 /// Keys without Ctrl or Alt mean the action only while the widgets that carry it have the focus: elsewhere
 /// they type, or press a button.
 void limitKeysToItsWidgets(QAction* action);

@@ -10,16 +10,12 @@
 #include <QMimeData>
 #include <QToolBar>
 
-#include <stdexcept>
 #include <utility>
 
 namespace Editor {
 
-EditActions::EditActions(Workspace& workspace, std::function<ZT::EditableMotionCurve*()> currentCurve,
-                         QObject* parent)
-    : QObject(parent)
-    , _workspace(workspace)
-    , _currentCurve(std::move(currentCurve))
+EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QObject* parent)
+    : ActionSet(ofWorkspace, std::move(ofCurrentLayer), parent)
     , _undo(dress(workspace.document.history().createUndoAction(this, tr("&Undo")), "undo",
                   QKeySequence::keyBindings(QKeySequence::Undo), Glyph::undo))
     , _redo(dress(workspace.document.history().createRedoAction(this, tr("&Redo")), "redo",
@@ -37,17 +33,28 @@ EditActions::EditActions(Workspace& workspace, std::function<ZT::EditableMotionC
                        QKeySequence::keyBindings(QKeySequence::SelectAll)))
     , _invert(dress(new QAction(tr("&Invert Selection"), this), "invertSelection", {Qt::CTRL + Qt::Key_I})) {
     limitKeysToItsWidgets(_removeAction);
+    // The stack's own slots would let exceptions of commands through Qt.
+    History& history = workspace.document.history();
+    disconnect(_undo, nullptr, &history, nullptr);
+    disconnect(_redo, nullptr, &history, nullptr);
+    connect(_undo, &QAction::triggered, this,
+            [this, &history] { attemptTo([&history] { history.undo(); }); });
+    connect(_redo, &QAction::triggered, this,
+            [this, &history] { attemptTo([&history] { history.redo(); }); });
     KeySelection& selection = workspace.document.selection();
-    connect(_cutAction, &QAction::triggered, this, &EditActions::_cut);
-    connect(_copyAction, &QAction::triggered, this, &EditActions::_copy);
-    connect(_pasteAction, &QAction::triggered, this, &EditActions::_paste);
-    connect(_duplicateAction, &QAction::triggered, this, &EditActions::_duplicate);
-    connect(_removeAction, &QAction::triggered, this, &EditActions::_remove);
-    connect(_selectAll, &QAction::triggered, &selection, &KeySelection::selectAll);
-    connect(_invert, &QAction::triggered, &selection, &KeySelection::invert);
+    onTriggered(_cutAction, [this] { _cut(); });
+    onTriggered(_copyAction, [this] { _copy(); });
+    onTriggered(
+        _pasteAction, [this] { _paste(); }, tr("Not pasted: %1."));
+    onTriggered(
+        _duplicateAction, [this] { _duplicate(); }, tr("Not duplicated: %1."));
+    onTriggered(_removeAction, [this] { _remove(); });
+    onTriggered(_selectAll, [&selection] { selection.selectAll(); });
+    onTriggered(_invert, [&selection] { selection.invert(); });
     connect(&selection, &KeySelection::changed, this, &EditActions::_enable);
-    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enable);
+    connect(QApplication::clipboard(), &QClipboard::dataChanged, this, &EditActions::_enablePaste);
     _enable();
+    _enablePaste();
 }
 
 void EditActions::addTo(QMenu& menu) const {
@@ -73,7 +80,7 @@ void EditActions::listenIn(QWidget& view) const {
 }
 
 void EditActions::_copy() {
-    if (auto data = KeyClipboard::copy(_workspace.document.selection().keys())) {
+    if (auto data = KeyClipboard::copy(workspace.document.selection().keys())) {
         QApplication::clipboard()->setMimeData(data.release()); // The clipboard owns it.
     }
 }
@@ -88,34 +95,41 @@ void EditActions::_paste() {
     if (data == nullptr || !KeyClipboard::canPaste(data)) {
         return;
     }
-    try {
-        const std::size_t left =
-            _workspace.clipboard.paste(*data, _workspace.document.markers().selectedIndex(), _currentCurve());
-        if (left > 0) {
-            Q_EMIT refused(tr("Not pasted: %1 keys whose layer is missing, locked or hidden.").arg(left));
-        }
-    } catch (const std::runtime_error& error) {
-        Q_EMIT refused(tr("Not pasted: %1.").arg(QString::fromUtf8(error.what())));
-    }
+    _note(workspace.clipboard.paste(*data, workspace.document.markers().selectedIndex(), currentCurve()));
 }
 
 void EditActions::_duplicate() {
-    try {
-        _workspace.clipboard.duplicate(_workspace.document.selection().keys());
-    } catch (const std::runtime_error& error) {
-        Q_EMIT refused(tr("Not duplicated: %1.").arg(QString::fromUtf8(error.what())));
+    _note(workspace.clipboard.duplicate(workspace.document.selection().keys()));
+}
+
+void EditActions::_note(const KeyClipboard::Report& report) {
+    QStringList texts;
+    if (report.leftOut > 0) {
+        texts.append(tr("Not pasted: %n key(s) whose layer is missing, locked or hidden.", nullptr,
+                        static_cast<int>(report.leftOut)));
+    }
+    if (report.replaced > 0) {
+        texts.append(
+            tr("%n key(s) stood there and were replaced.", nullptr, static_cast<int>(report.replaced)));
+    }
+    if (!texts.isEmpty()) {
+        Q_EMIT noted(texts.join(' '));
     }
 }
 
 void EditActions::_remove() {
-    _workspace.edits.remove(_workspace.document.selection().keys());
+    workspace.edits.remove(workspace.document.selection().keys());
 }
 
 void EditActions::_enable() {
-    const bool hasKeys = !_workspace.document.selection().isEmpty();
+    const bool hasKeys = !workspace.document.selection().isEmpty();
     for (QAction* const action : {_cutAction, _copyAction, _duplicateAction, _removeAction}) {
         action->setEnabled(hasKeys);
     }
+}
+
+// Asking for the clipboard may mean asking another program: only where it has changed.
+void EditActions::_enablePaste() {
     const QMimeData* const data = QApplication::clipboard()->mimeData();
     _pasteAction->setEnabled(data != nullptr && KeyClipboard::canPaste(data));
 }

@@ -1,42 +1,22 @@
 #pragma once
 
-#include <QList>
-#include <QObject>
-
-#include <functional>
-
-class QAction;
-class QMenu;
-class QToolBar;
-class QWidget;
-
-namespace ZT {
-class EditableMotionCurve;
-}
+#include "document/KeyClipboard.h"
+#include "window/ActionSet.h"
 
 namespace Editor {
 
-struct Workspace;
-
 /// History, clipboard and selection: what a menu "Edit" holds.
-class EditActions : public QObject {
+class EditActions : public ActionSet {
     Q_OBJECT
 
 public:
-    /// @p currentCurve gives the curve that takes keys whose own layer is missing, or null.
-    EditActions(Workspace& workspace, std::function<ZT::EditableMotionCurve*()> currentCurve,
-                QObject* parent);
+    /// The curve of the current layer takes keys whose own layer is missing.
+    EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QObject* parent);
 
-    void addTo(QMenu& menu) const;
-    void addTo(QToolBar& bar) const;
-    /// What a click on keys offers.
-    QList<QAction*> forKeys() const;
-    /// Lets the keys that are no command elsewhere work in @p view and the widgets in it.
-    void listenIn(QWidget& view) const;
-
-Q_SIGNALS:
-    /// An action could not be done; @p why is for the status bar.
-    void refused(const QString& why);
+    void addTo(QMenu& menu) const override;
+    void addTo(QToolBar& bar) const override;
+    QList<QAction*> forKeys() const override;
+    void listenIn(QWidget& view) const override;
 
 private:
     void _copy();
@@ -44,10 +24,10 @@ private:
     void _paste();
     void _duplicate();
     void _remove();
+    void _note(const KeyClipboard::Report& report);
     void _enable();
+    void _enablePaste();
 
-    Workspace& _workspace;
-    std::function<ZT::EditableMotionCurve*()> _currentCurve;
     QAction* _undo; ///< all are QObject children
     QAction* _redo;
     QAction* _cutAction;

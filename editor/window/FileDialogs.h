@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 namespace Editor {
@@ -9,6 +10,16 @@ class FileDialogs {
 public:
     /// What to do with unsaved work.
     enum class Unsaved { save, discard, cancel };
+    /// What to do with unsaved work that another program left behind.
+    enum class Recovery { recover, remove, later };
+    /// What a user decides that by.
+    struct LeftBehind {
+        QString name;            ///< of what the work is on
+        QDateTime written;       ///< when the work was written last
+        QDateTime saved;         ///< when the file was; invalid where there is none
+        bool mayBeInUse = false; ///< by a program of which nobody here can tell whether it runs
+        QString host;            ///< the machine of that program, as far as it is known
+    };
 
     FileDialogs() = default;
     FileDialogs(const FileDialogs&) = delete;
@@ -23,8 +34,8 @@ public:
     virtual QString askPicturePath(const QString& suggestion) = 0;
     /// @p name is the document's.
     virtual Unsaved askUnsaved(const QString& name) = 0;
-    /// Whether unsaved work on @p name that a crash left behind is wanted; otherwise it is thrown away.
-    virtual bool askRecover(const QString& name) = 0;
+    /// Whoever gives no answer decides later, which changes nothing.
+    virtual Recovery askRecovery(const LeftBehind& work) = 0;
     /// @p title says what did not work, @p reason why and where.
     virtual void showProblem(const QString& title, const QString& reason) = 0;
 };

@@ -60,15 +60,20 @@ bool FileSession::open(const QString& path) {
         return false;
     }
     const QString absolute = QFileInfo(path).absoluteFilePath();
-    // A copy beside the file that is open holds the work that the user just chose to drop.
-    const bool isOpen = absolute == _document.path();
-    if (AnimationFile::isWritable(absolute) && !isOpen && Autosave::isLeftBehind(absolute) &&
-        _recover(absolute)) {
-        _recent.add(absolute);
-        return true;
+    if (AnimationFile::isWritable(absolute)) {
+        for (CrashCopy& copy : CrashCopy::of(absolute)) {
+            if (copy.holder() == CrashCopy::Holder::program) {
+                Q_EMIT problem(
+                    tr("Another program has unsaved changes of %1.").arg(QFileInfo(absolute).fileName()));
+            }
+            if (_ask(copy) == FileDialogs::Recovery::recover && _recover(std::move(copy))) {
+                _recent.add(absolute);
+                return true;
+            }
+        }
     }
     AnimationData data;
-    if (!_read(absolute, data)) {
+    if (!_read(absolute, data, tr("%1 could not be opened.").arg(QFileInfo(absolute).fileName()))) {
         if (!QFileInfo::exists(absolute)) {
             _recent.remove(absolute);
         }
@@ -99,17 +104,24 @@ bool FileSession::mayLeave() {
     return false;
 }
 
-void FileSession::offerRecovery() {
-    if (_document.path().isEmpty() && !_document.isModified() && Autosave::isLeftBehind({})) {
-        _recover({});
+void FileSession::start(const QString& path) {
+    QStringList files = _recent.paths();
+    files.prepend(QString());
+    if (!path.isEmpty()) {
+        open(path); // Offers what belongs to it.
+        files.removeAll(QFileInfo(path).absoluteFilePath());
+    }
+    for (const QString& file : std::as_const(files)) {
+        for (CrashCopy& copy : CrashCopy::of(file)) {
+            if (_ask(copy) == FileDialogs::Recovery::recover && mayLeave()) {
+                _recover(std::move(copy));
+            }
+        }
     }
 }
 
 void FileSession::leave() {
-    if (_document.isModified()) { // Else a copy is another one's, such as a damaged one that somebody may yet
-                                  // repair.
-        _autosave.discard();
-    }
+    _autosave.discard();
 }
 
 void FileSession::newAnimation() {
@@ -134,29 +146,40 @@ bool FileSession::saveAs() {
     return !path.isEmpty() && _write(QFileInfo(path).absoluteFilePath());
 }
 
-// Whether the unsaved work became the document.
-bool FileSession::_recover(const QString& path) {
-    const QString copy = Autosave::copyOf(path);
-    if (!_dialogs.askRecover(path.isEmpty() ? tr("an untitled animation") : QFileInfo(path).fileName())) {
-        QFile::remove(copy);
-        return false;
+// Work that a program is busy with is not offered.
+FileDialogs::Recovery FileSession::_ask(CrashCopy& copy) {
+    if (copy.holder() == CrashCopy::Holder::program) {
+        return FileDialogs::Recovery::later;
     }
+    const QString name =
+        copy.file().isEmpty() ? tr("an untitled animation") : QFileInfo(copy.file()).fileName();
+    const bool mayBeInUse = copy.holder() == CrashCopy::Holder::unknown;
+    const QDateTime saved = copy.file().isEmpty() ? QDateTime() : QFileInfo(copy.file()).lastModified();
+    const auto answer = _dialogs.askRecovery({name, copy.time(), saved, mayBeInUse, copy.host()});
+    if (answer == FileDialogs::Recovery::remove && !copy.remove()) {
+        _dialogs.showProblem(tr("The unsaved changes of %1 could not be deleted.").arg(name), copy.path());
+    }
+    return answer;
+}
+
+// Whether the unsaved work became the document. It stays where it is if it cannot be read.
+bool FileSession::_recover(CrashCopy copy) {
     AnimationData data;
-    if (!_read(copy, data)) {
+    if (!_read(copy.path(), data, tr("The unsaved changes could not be read. Their file is kept."))) {
         return false;
     }
-    _show(std::move(data), path);
+    _show(std::move(data), copy.file());
     _document.setUnsaved();
+    _autosave.adopt(std::move(copy));
     return true;
 }
 
-bool FileSession::_read(const QString& from, AnimationData& data) {
+bool FileSession::_read(const QString& from, AnimationData& data, const QString& title) {
     try {
         data = AnimationFile(from).load();
         return true;
     } catch (const std::exception& error) { // Also where memory is short.
-        _dialogs.showProblem(tr("%1 could not be opened.").arg(QFileInfo(from).fileName()),
-                             QString::fromUtf8(error.what()));
+        _dialogs.showProblem(title, QString::fromUtf8(error.what()));
         return false;
     }
 }

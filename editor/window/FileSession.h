@@ -1,6 +1,7 @@
 #pragma once
 
 #include "document/Autosave.h"
+#include "window/FileDialogs.h"
 
 #include <QObject>
 #include <QString>
@@ -8,7 +9,6 @@
 namespace Editor {
 
 class Document;
-class FileDialogs;
 class RecentFiles;
 struct AnimationData;
 
@@ -27,12 +27,15 @@ public:
     QString suggestedPath() const;
 
     /// Opens an animation or imports another kind of file, unless unsaved work keeps the user from it. False
-    /// when the document is the same as before. Imports have no path and are unsaved.
+    /// when the document is the same as before. Imports have no path and are unsaved. Unsaved work on the
+    /// file that was left behind is offered before.
     bool open(const QString& path);
     /// Whether the document may be left: it is saved, was saved now, or is not wanted.
     bool mayLeave();
-    /// After the start: offers what a crash left behind of a document that had no file.
-    void offerRecovery();
+    /// After the program's start: opens @p path, if it is not empty, then offers one after the other all
+    /// unsaved work that programs which do not run any more left behind, of documents without file and of
+    /// recent files.
+    void start(const QString& path);
     /// The document is left for good: the copy of work that is not wanted goes.
     void leave();
 
@@ -44,6 +47,8 @@ public Q_SLOTS:
     bool save();
     /// Asks where.
     bool saveAs();
+    /// No copy for a crash is written while a gesture is under way.
+    void setGestureActive(bool isActive) { _autosave.setGestureActive(isActive); }
 
 Q_SIGNALS:
     /// name() may be another one.
@@ -54,8 +59,9 @@ Q_SIGNALS:
     void problem(const QString& what);
 
 private:
-    bool _recover(const QString& path);
-    bool _read(const QString& from, AnimationData& data);
+    FileDialogs::Recovery _ask(CrashCopy& copy);
+    bool _recover(CrashCopy copy);
+    bool _read(const QString& from, AnimationData& data, const QString& title);
     bool _write(const QString& path);
     void _show(AnimationData data, const QString& path, const QString& importedName = {});
 

@@ -82,8 +82,9 @@ Drawing drawingOf(Glyph glyph) {
 
 class GlyphEngine : public QIconEngine {
 public:
-    explicit GlyphEngine(Glyph glyph)
-        : _glyph(glyph) {}
+    GlyphEngine(Glyph glyph, bool isMixed)
+        : _glyph(glyph)
+        , _isMixed(isMixed) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State /*state*/) override {
         const Drawing drawing = drawingOf(_glyph);
@@ -91,8 +92,11 @@ public:
             QStringLiteral(
                 "<svg xmlns=\"http://www.w3.org/2000/svg\" viewBox=\"0 0 16 16\">"
                 "<g stroke=\"%1\" stroke-width=\"1.3\" stroke-linejoin=\"round\" stroke-linecap=\"round\">"
-                "<path fill=\"none\" d=\"%2\"/><path fill=\"%1\" stroke=\"none\" d=\"%3\"/></g></svg>")
-                .arg(_colour(mode).name(), QLatin1String(drawing.lines), QLatin1String(drawing.areas));
+                "<g transform=\"%4\"><path fill=\"none\" d=\"%2\"/>"
+                "<path fill=\"%1\" stroke=\"none\" d=\"%3\"/></g><path d=\"%5\"/></g></svg>")
+                .arg(_colour(mode).name(), QLatin1String(drawing.lines), QLatin1String(drawing.areas),
+                     QLatin1String(_isMixed ? "matrix(.75 0 0 .75 2 0)" : "matrix(1 0 0 1 0 0)"),
+                     QLatin1String(_isMixed ? "M2 14h12 M2 15h12" : ""));
         QSvgRenderer(svg.toUtf8()).render(painter, rect);
     }
 
@@ -104,7 +108,7 @@ public:
         return pixmap;
     }
 
-    QIconEngine* clone() const override { return new GlyphEngine(_glyph); }
+    QIconEngine* clone() const override { return new GlyphEngine(_glyph, _isMixed); }
 
 private:
     static QColor _colour(QIcon::Mode mode) {
@@ -122,12 +126,17 @@ private:
     }
 
     Glyph _glyph;
+    bool _isMixed;
 };
 
 } // namespace
 
 QIcon iconOf(Glyph glyph) {
-    return QIcon(new GlyphEngine(glyph)); // The icon owns it.
+    return QIcon(new GlyphEngine(glyph, false)); // The icon owns it.
+}
+
+QIcon mixedIconOf(Glyph glyph) {
+    return QIcon(new GlyphEngine(glyph, true));
 }
 
 } // namespace Editor

@@ -35,5 +35,7 @@ enum class Glyph {
 
 /// A drawing, sharp at every size, in the text colour that the application's palette has when it is painted.
 QIcon iconOf(Glyph glyph);
+/// The same above a dash: something is so in part.
+QIcon mixedIconOf(Glyph glyph);
 
 } // namespace Editor

@@ -7,38 +7,46 @@
 #include <QCoreApplication>
 #include <QHash>
 
-#include <algorithm>
-#include <iterator>
+#include <cmath>
 #include <utility>
 
 namespace Editor {
 
 using ZT::EditableMotionCurveKey;
 
-HandleNumbers::HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side)
-    : _keys(std::move(keys))
+// One walk: with thousands of keys each of them has to be fetched from memory.
+HandleNumbers::HandleNumbers(const KeySelection::Keys& keys, ZT::TangentSide side)
+    : _keys(keys)
     , _side(side) {
-    for (auto key = _keys.begin(); key != _keys.end();) {
-        const bool hasHandle = (*key)->getTangentType(side) == KeyEdits::Type::bezier;
-        key = hasHandle ? std::next(key) : _keys.erase(key);
+    for (const EditableMotionCurveKey* const key : keys) {
+        if (_hasHandle(*key)) {
+            _keepIfSame(_frames, _get(*key, Number::frames));
+            _keepIfSame(_value, _get(*key, Number::value));
+            _isEmpty = false;
+            if (!_frames && !_value) {
+                break;
+            }
+        }
     }
 }
 
 std::optional<float> HandleNumbers::common(Number number) const {
-    if (_keys.isEmpty()) {
-        return std::nullopt;
+    return number == Number::frames ? _frames : _value;
+}
+
+void HandleNumbers::_keepIfSame(std::optional<float>& common, float own) const {
+    if (_isEmpty && !std::isnan(own)) {
+        common = own;
+    } else if (common != own) {
+        common.reset();
     }
-    const float first = _get(**_keys.begin(), number);
-    const bool isCommon =
-        std::all_of(_keys.begin(), _keys.end(), [&](const auto* key) { return _get(*key, number) == first; });
-    return isCommon ? std::optional(first) : std::nullopt;
 }
 
 void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& edits) const {
     const Number other = number == Number::frames ? Number::value : Number::frames;
     QHash<quint32, KeySelection::Keys> groups; // By the bits of the other number, since NaN equals nothing.
     for (EditableMotionCurveKey* const key : _keys) {
-        if (_get(*key, number) != to) {
+        if (_hasHandle(*key) && _get(*key, number) != to) {
             groups[VQ::Math::floatBits(_get(*key, other))].insert(key);
         }
     }
@@ -56,6 +64,10 @@ void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& e
     if (groups.size() > 1) {
         document.history().endMacro();
     }
+}
+
+bool HandleNumbers::_hasHandle(const EditableMotionCurveKey& key) const {
+    return key.getTangentType(_side) == KeyEdits::Type::bezier;
 }
 
 float HandleNumbers::_get(const EditableMotionCurveKey& key, Number number) const {

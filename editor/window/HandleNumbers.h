@@ -19,10 +19,10 @@ public:
         value,
     };
 
-    HandleNumbers(KeySelection::Keys keys, ZT::TangentSide side);
+    HandleNumbers(const KeySelection::Keys& keys, ZT::TangentSide side);
 
-    /// Whether there is such a handle at all.
-    bool isEmpty() const noexcept { return _keys.isEmpty(); }
+    /// Whether there is no such handle at all.
+    bool isEmpty() const noexcept { return _isEmpty; }
     /// What all handles have in common; empty where they differ or there are none.
     std::optional<float> common(Number number) const;
 
@@ -31,10 +31,15 @@ public:
     void set(Number number, float to, Document& document, KeyEdits& edits) const;
 
 private:
+    void _keepIfSame(std::optional<float>& common, float own) const;
+    bool _hasHandle(const ZT::EditableMotionCurveKey& key) const;
     float _get(const ZT::EditableMotionCurveKey& key, Number number) const;
 
-    KeySelection::Keys _keys; ///< those with such a handle
+    KeySelection::Keys _keys; ///< also those without such a handle, so that none is copied
     ZT::TangentSide _side;
+    bool _isEmpty = true;
+    std::optional<float> _frames; ///< common ones
+    std::optional<float> _value;
 };
 
 } // namespace Editor

@@ -34,19 +34,32 @@ QString capitalised(QString text) {
     return text;
 }
 
-void showFlag(QAction& action, const QString& text, const QString& mixedText, std::optional<bool> isSet,
-              bool hasKeys) {
-    action.setText(hasKeys && !isSet ? mixedText : text);
-    action.setChecked(isSet.value_or(false));
+// What selected keys are.
+enum class Share { none, some, all };
+
+Share shareOf(std::optional<bool> isSet, bool hasKeys) {
+    return isSet.value_or(false) ? Share::all : hasKeys && !isSet ? Share::some : Share::none;
+}
+
+Share shareOf(bool isAll, bool isAny) {
+    return isAll ? Share::all : isAny ? Share::some : Share::none;
+}
+
+void show(QAction& action, const QString& text, Glyph glyph, Share share) {
+    const bool isMixed = share == Share::some;
+    const QString shown = isMixed ? KeyActions::tr("%1 (mixed)").arg(text) : text;
+    action.setChecked(share == Share::all);
+    if (shown != action.text()) { // Qt would paint an icon anew though it is the same.
+        action.setText(shown);
+        action.setIcon(isMixed ? mixedIconOf(glyph) : iconOf(glyph));
+        showKeys(action);
+    }
 }
 
 } // namespace
 
-KeyActions::KeyActions(Workspace& workspace, std::function<ZT::EditableMotionCurve*()> currentCurve,
-                       QObject* parent)
-    : QObject(parent)
-    , _workspace(workspace)
-    , _currentCurve(std::move(currentCurve))
+KeyActions::KeyActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QObject* parent)
+    : ActionSet(ofWorkspace, std::move(ofCurrentLayer), parent)
     , _insertAction(dress(new QAction(tr("&Insert Key at Current Frame"), this), "insertKey",
                           {Qt::Key_K, Qt::Key_Insert}, Glyph::insertKey))
     , _leftTypes(std::make_unique<QMenu>(tr("&Left Tangent")))
@@ -65,26 +78,22 @@ KeyActions::KeyActions(Workspace& workspace, std::function<ZT::EditableMotionCur
     _smooth->setCheckable(true);
     _symmetrical->setCheckable(true);
     // What keys have now counts, not what the check mark shows.
-    connect(_smooth, &QAction::triggered, this, [this] {
-        const KeySelection::Keys& keys = _workspace.document.selection().keys();
-        _workspace.edits.setSmooth(keys, !KeyEdits::commonOf(keys).isSmooth.value_or(false));
-        _workspace.selection.update();
+    onTriggered(_smooth, [this] {
+        const KeySelection::Keys& keys = workspace.document.selection().keys();
+        workspace.edits.setSmooth(keys, !KeyEdits::commonOf(keys).isSmooth.value_or(false));
     });
-    connect(_symmetrical, &QAction::triggered, this, [this] {
-        const KeySelection::Keys& keys = _workspace.document.selection().keys();
-        _workspace.edits.setSymmetrical(keys, !KeyEdits::commonOf(keys).isSymmetrical.value_or(false));
-        _workspace.selection.update();
+    onTriggered(_symmetrical, [this] {
+        const KeySelection::Keys& keys = workspace.document.selection().keys();
+        workspace.edits.setSymmetrical(keys, !KeyEdits::commonOf(keys).isSymmetrical.value_or(false));
     });
-    connect(_insertAction, &QAction::triggered, this, &KeyActions::_insert);
+    onTriggered(_insertAction, [this] { _insert(); });
+    for (const QAction* const action : {_smooth, _symmetrical}) {
+        // A click has turned the mark, whatever it did to the keys.
+        connect(action, &QAction::triggered, &workspace.selection, &SelectionState::update);
+    }
     connect(&workspace.selection, &SelectionState::changed, this, &KeyActions::_update);
-    connect(&workspace.document.selection(), &KeySelection::changed, this, [this] {
-        const bool hasKeys = !_workspace.document.selection().isEmpty();
-        for (const TypeAction& each : _types) {
-            each.action->setEnabled(hasKeys);
-        }
-        _smooth->setEnabled(hasKeys);
-        _symmetrical->setEnabled(hasKeys);
-    });
+    connect(&workspace.document.selection(), &KeySelection::changed, this,
+            [this] { _enable(!workspace.document.selection().isEmpty()); });
     _update();
 }
 
@@ -127,16 +136,17 @@ void KeyActions::_addTypes(std::optional<TangentSide> side) {
         dress(action, qPrintable(prefix + QLatin1String(look.name)), shortcuts, look.glyph);
         limitKeysToItsWidgets(action);
         action->setCheckable(true);
-        connect(action, &QAction::triggered, this, [this, side, type = look.type] {
-            const KeySelection::Keys& keys = _workspace.document.selection().keys();
+        onTriggered(action, [this, side, type = look.type] {
+            const KeySelection::Keys& keys = workspace.document.selection().keys();
             if (side) {
-                _workspace.edits.setType(keys, *side, type);
+                workspace.edits.setType(keys, *side, type);
             } else {
-                _workspace.edits.setType(keys, type);
+                workspace.edits.setType(keys, type);
             }
-            _workspace.selection.update(); // Using a checked action again must not uncheck it.
         });
-        _types.push_back({action, look.type, side});
+        // Using a checked action again must not uncheck it.
+        connect(action, &QAction::triggered, &workspace.selection, &SelectionState::update);
+        _types.push_back({action, action->text(), look.glyph, look.type, side});
     }
 }
 
@@ -151,35 +161,44 @@ QList<QAction*> KeyActions::_typesOf(std::optional<TangentSide> side) const {
 }
 
 void KeyActions::_insert() {
-    ZT::EditableMotionCurve* const curve = _currentCurve();
-    const unsigned int frame = _workspace.document.markers().selectedIndex();
+    ZT::EditableMotionCurve* const curve = currentCurve();
+    const unsigned int frame = workspace.document.markers().selectedIndex();
     if (curve == nullptr) {
-        Q_EMIT refused(tr("There is no layer that could take a key."));
+        Q_EMIT noted(tr("There is no layer that could take a key."));
         return;
     }
     const QString name = curve->getParentLayer()->getActuatorName();
-    if (!_workspace.document.isEditable(curve)) {
-        Q_EMIT refused(tr("%1 is locked or hidden and takes no key.").arg(name));
-    } else if (_workspace.edits.insert(*curve, frame) == nullptr) {
-        Q_EMIT refused(tr("A key stands at frame %1 of %2 already.").arg(frame).arg(name));
+    if (!workspace.document.isEditable(curve)) {
+        Q_EMIT noted(tr("%1 is locked or hidden and takes no key.").arg(name));
+    } else if (workspace.edits.insert(*curve, frame) == nullptr) {
+        Q_EMIT noted(tr("A key stands at frame %1 of %2 already.").arg(frame).arg(name));
     }
 }
 
+void KeyActions::_enable(bool hasKeys) {
+    for (const TypeAction& each : _types) {
+        each.action->setEnabled(hasKeys);
+    }
+    _smooth->setEnabled(hasKeys);
+    _symmetrical->setEnabled(hasKeys);
+}
+
 void KeyActions::_update() {
-    const KeyEdits::Common& common = _workspace.selection.common();
-    const bool hasKeys = _workspace.selection.keyCount() > 0;
+    const KeyEdits::Common& common = workspace.selection.common();
+    const bool hasKeys = workspace.selection.keyCount() > 0;
     for (const TypeAction& each : _types) {
         const bool isLeft = common.leftType == each.type;
         const bool isRight = common.rightType == each.type;
-        each.action->setChecked(!each.side                        ? isLeft && isRight
-                                : *each.side == TangentSide::left ? isLeft
-                                                                  : isRight);
-        each.action->setEnabled(hasKeys);
+        const bool isAnyLeft = common.leftTypes.contains(each.type);
+        const bool isAnyRight = common.rightTypes.contains(each.type);
+        const Share share = !each.side ? shareOf(isLeft && isRight, isAnyLeft || isAnyRight)
+                            : *each.side == TangentSide::left ? shareOf(isLeft, isAnyLeft)
+                                                              : shareOf(isRight, isAnyRight);
+        show(*each.action, each.text, each.glyph, share);
     }
-    showFlag(*_smooth, tr("S&mooth"), tr("S&mooth (mixed)"), common.isSmooth, hasKeys);
-    showFlag(*_symmetrical, tr("S&ymmetrical"), tr("S&ymmetrical (mixed)"), common.isSymmetrical, hasKeys);
-    _smooth->setEnabled(hasKeys);
-    _symmetrical->setEnabled(hasKeys);
+    show(*_smooth, tr("S&mooth"), Glyph::smooth, shareOf(common.isSmooth, hasKeys));
+    show(*_symmetrical, tr("S&ymmetrical"), Glyph::symmetrical, shareOf(common.isSymmetrical, hasKeys));
+    _enable(hasKeys);
 }
 
 } // namespace Editor

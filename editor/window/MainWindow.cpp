@@ -4,6 +4,8 @@
 #include "layers/LayerPanel.h"
 #include "timeline/TimelineView.h"
 #include "window/AlignedCurves.h"
+#include "window/Application.h"
+#include "window/ContextMenuKey.h"
 #include "window/EditActions.h"
 #include "window/FileActions.h"
 #include "window/FileDialogs.h"
@@ -12,6 +14,7 @@
 #include "window/KeyPanel.h"
 #include "window/PictureExport.h"
 #include "window/PlaybackActions.h"
+#include "window/RangeActions.h"
 #include "window/Settings.h"
 #include "window/SettingsDialog.h"
 #include "window/StatusLine.h"
@@ -60,7 +63,8 @@ MainWindow::MainWindow(Workspace& workspace, Settings& settings, FileDialogs& di
           workspace, [this] { return _currentCurve(); }, this))
     , _keyActions(new KeyActions(
           workspace, [this] { return _currentCurve(); }, this))
-    , _viewActions(new ViewActions(*_curves, this))
+    , _rangeActions(new RangeActions(workspace, this))
+    , _viewActions(new ViewActions(workspace, *_curves, this))
     , _playbackActions(new PlaybackActions(workspace.playback, *_timeline, this)) {
     setAcceptDrops(true);
     setStatusBar(_status);
@@ -69,12 +73,14 @@ MainWindow::MainWindow(Workspace& workspace, Settings& settings, FileDialogs& di
     _fillMenus();
     _fillToolBar();
     _fillContextMenus(*centralWidget());
+    new ContextMenuKey(*this); // The window owns it.
     _connectLayers();
     _connectStatus();
     connect(_fileActions, &FileActions::exportAsked, this, &MainWindow::_exportPicture);
     connect(_fileActions, &FileActions::settingsAsked, this, &MainWindow::_changeSettings);
     connect(_fileActions, &FileActions::quitAsked, this, &QWidget::close);
     connect(&_session, &FileSession::nameChanged, this, &MainWindow::_showTitle);
+    connect(&workspace.drag, &Drag::activeChanged, &_session, &FileSession::setGestureActive);
     connect(&settings, &Settings::changed, this, &MainWindow::_applySettings);
     connect(&workspace.document, &Document::replaced, this, &MainWindow::_applyUndoLimit);
     _applySettings();
@@ -159,6 +165,7 @@ void MainWindow::_fillMenus() {
     _fileActions->addTo(*menuBar()->addMenu(tr("&File")));
     _editActions->addTo(*menuBar()->addMenu(tr("&Edit")));
     _keyActions->addTo(*menuBar()->addMenu(tr("&Key")));
+    _rangeActions->addTo(*menuBar()->addMenu(tr("&Range")));
     menuBar()->addMenu(tr("&Layer"))->addActions(_layers->actions());
     QMenu* const view = menuBar()->addMenu(tr("&View"));
     _viewActions->addTo(*view);
@@ -187,6 +194,7 @@ void MainWindow::_fillToolBar() {
 void MainWindow::_fillContextMenus(QWidget& centre) {
     _editActions->listenIn(centre);
     _keyActions->listenIn(centre);
+    _rangeActions->listenIn(centre);
     _viewActions->listenIn(centre);
     _playbackActions->listenIn(centre);
     for (QWidget* const view : {static_cast<QWidget*>(_curves), static_cast<QWidget*>(_timeline)}) {
@@ -198,6 +206,7 @@ void MainWindow::_fillContextMenus(QWidget& centre) {
             menu.addSeparator();
             menu.addActions(_keyActions->forKeys());
             menu.addSeparator();
+            menu.addActions(_rangeActions->forKeys());
             menu.addActions(_viewActions->forViews());
             menu.exec(view->mapToGlobal(point));
         });
@@ -223,10 +232,17 @@ void MainWindow::_connectStatus() {
         }
         _status->showBlocked(why);
     });
-    connect(_editActions, &EditActions::refused, _status, &StatusLine::showRefused);
-    connect(_keyActions, &KeyActions::refused, _status, &StatusLine::showRefused);
+    for (const ActionSet* const actions :
+         {static_cast<ActionSet*>(_editActions), static_cast<ActionSet*>(_keyActions),
+          static_cast<ActionSet*>(_rangeActions)}) {
+        connect(actions, &ActionSet::noted, _status, &StatusLine::showRefused);
+    }
+    connect(_layers, &LayerPanel::refused, _status, &StatusLine::showRefused);
     connect(_keyPanel, &KeyPanel::refused, _status, &StatusLine::showRefused);
     connect(&_session, &FileSession::problem, _status, &StatusLine::showRefused);
+    if (auto* const application = qobject_cast<Application*>(QCoreApplication::instance())) {
+        connect(application, &Application::eventFailed, _status, &StatusLine::showRefused);
+    }
 }
 
 void MainWindow::_restorePlace() {

@@ -22,6 +22,7 @@ class KeyActions;
 class KeyPanel;
 class LayerPanel;
 class PlaybackActions;
+class RangeActions;
 class Settings;
 class StatusLine;
 class TimelineView;
@@ -89,6 +90,7 @@ private:
     FileActions* _fileActions;
     EditActions* _editActions;
     KeyActions* _keyActions;
+    RangeActions* _rangeActions;
     ViewActions* _viewActions;
     PlaybackActions* _playbackActions;
     QList<QDockWidget*> _docks;

@@ -15,7 +15,7 @@ SelectionState::SelectionState(Document& document)
     _timer.setSingleShot(true);
     connect(&_timer, &QTimer::timeout, this, &SelectionState::update);
     connect(&document, &Document::changed, this, &SelectionState::_updateSoon);
-    connect(&document.selection(), &KeySelection::changed, this, &SelectionState::_updateSoon);
+    connect(&document.selection(), &KeySelection::changed, this, &SelectionState::_updateNext);
 }
 
 void SelectionState::update() {
@@ -36,9 +36,15 @@ void SelectionState::update() {
     Q_EMIT changed();
 }
 
+void SelectionState::_updateNext() {
+    _timer.start(0);
+}
+
+// The same keys as before: what is shown of them may wait. A look takes up to a microsecond for each.
 void SelectionState::_updateSoon() {
+    constexpr int keysInAMillisecond = 100;
     if (!_timer.isActive()) {
-        _timer.start(0);
+        _timer.start(_document.selection().keys().size() / keysInAMillisecond);
     }
 }
 

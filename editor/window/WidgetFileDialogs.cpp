@@ -1,8 +1,10 @@
 #include "window/WidgetFileDialogs.h"
 
 #include <QFileDialog>
+#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTextDocument>
 
 namespace Editor {
 
@@ -37,6 +39,7 @@ QString WidgetFileDialogs::askPicturePath(const QString& suggestion) {
 FileDialogs::Unsaved WidgetFileDialogs::askUnsaved(const QString& name) {
     QMessageBox box(QMessageBox::Warning, tr("Unsaved Work"), tr("%1 has unsaved changes.").arg(name),
                     QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, _window);
+    box.setTextFormat(Qt::PlainText);
     box.setInformativeText(tr("They are lost if you do not save them."));
     box.setDefaultButton(QMessageBox::Save);
     switch (box.exec()) {
@@ -49,23 +52,42 @@ FileDialogs::Unsaved WidgetFileDialogs::askUnsaved(const QString& name) {
     }
 }
 
-bool WidgetFileDialogs::askRecover(const QString& name) {
+FileDialogs::Recovery WidgetFileDialogs::askRecovery(const LeftBehind& work) {
+    const auto show = [](const QDateTime& time) {
+        return QLocale().toString(time.toLocalTime(), QLocale::LongFormat);
+    };
+    QStringList lines{tr("The changes were written on %1.").arg(show(work.written))};
+    if (work.saved.isValid()) {
+        lines.append(tr("The file was saved on %1.").arg(show(work.saved)));
+    }
+    if (work.mayBeInUse) {
+        lines.append(work.host.isEmpty()
+                         ? tr("The program that wrote them may still be running.")
+                         : tr("They belong to a program on %1, which may still be running.").arg(work.host));
+    }
+    lines.append(tr("Recover opens them; they are unsaved until you save them."));
     QMessageBox box(QMessageBox::Question, tr("Unsaved Work Found"),
-                    tr("Unsaved changes of %1 were left behind.").arg(name), QMessageBox::NoButton, _window);
-    box.setInformativeText(
-        tr("Recover opens them; they are unsaved until you save them. Otherwise they are deleted."));
-    QAbstractButton* const recover = box.addButton(tr("&Recover"), QMessageBox::AcceptRole);
-    box.addButton(tr("&Delete Them"), QMessageBox::DestructiveRole);
-    box.setEscapeButton(recover); // Leaving the question must not cost any work.
+                    tr("Unsaved changes of %1 were left behind.").arg(work.name), QMessageBox::NoButton,
+                    _window);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(Qt::convertFromPlainText(lines.join('\n')));
+    QPushButton* const recover = box.addButton(tr("&Recover"), QMessageBox::AcceptRole);
+    const QAbstractButton* const remove = box.addButton(tr("&Delete Them"), QMessageBox::DestructiveRole);
+    QPushButton* const later = box.addButton(tr("Decide &Later"), QMessageBox::RejectRole);
+    box.setDefaultButton(recover);
+    box.setEscapeButton(later);
     box.exec();
-    return box.clickedButton() == recover;
+    if (box.clickedButton() == recover) {
+        return Recovery::recover;
+    }
+    return box.clickedButton() == remove ? Recovery::remove : Recovery::later;
 }
 
 void WidgetFileDialogs::showProblem(const QString& title, const QString& reason) {
     QMessageBox box(QMessageBox::Critical, QCoreApplication::applicationName(), title, QMessageBox::Ok,
                     _window);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(reason.toHtmlEscaped());
+    box.setInformativeText(Qt::convertFromPlainText(reason)); // It knows no plain text.
     box.exec();
 }
 

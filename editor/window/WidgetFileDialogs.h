@@ -20,7 +20,7 @@ public:
     QString askSavePath(const QString& suggestion) override;
     QString askPicturePath(const QString& suggestion) override;
     Unsaved askUnsaved(const QString& name) override;
-    bool askRecover(const QString& name) override;
+    Recovery askRecovery(const LeftBehind& work) override;
     void showProblem(const QString& title, const QString& reason) override;
 
 private:

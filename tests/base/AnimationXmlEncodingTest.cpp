@@ -238,9 +238,11 @@ private slots:
         QCOMPARE(stream.str(), std::string());
     }
 
-    void namesOfElementsAndAttributesThatNoFileCanHoldAreRefusedToo() {
+    void namesAndTextsThatNoFileCanHoldAreRefusedToo() {
         boost::property_tree::ptree element;
         element.push_back({"l\x01", {}});
+        boost::property_tree::ptree text;
+        text.push_back({"note", boost::property_tree::ptree("\x02")});
         boost::property_tree::ptree attribute;
         attribute.push_back({"<xmlattr>", {}});
         attribute.front().second.push_back({"\xff", {}});
@@ -256,6 +258,8 @@ private slots:
         QCOMPARE(problemOfWriting(element),
                  "an element's name holds the character U+0001, which XML cannot hold");
         QCOMPARE(problemOfWriting(attribute), "an attribute's name holds the byte 0xFF, which is not UTF-8");
+        QCOMPARE(problemOfWriting(text),
+                 "note 1: its text holds the character U+0002, which XML cannot hold");
     }
 
     // A tree is no text: what it holds is kept as it is.

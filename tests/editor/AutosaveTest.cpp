@@ -8,7 +8,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -16,14 +15,23 @@
 using namespace EditorScene;
 using Editor::AnimationFile;
 using Editor::Autosave;
+using Editor::CrashCopy;
+
+namespace {
+
+void removeOwnData() {
+    QDir(QStandardPaths::writableLocation(QStandardPaths::AppDataLocation)).removeRecursively();
+}
+
+} // namespace
 
 class AutosaveTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void initTestCase();
+    void cleanupTestCase() { removeOwnData(); }
     void init();
-    void copiesStandBesideTheirFiles();
     void theCopyComesShortlyAfterAnEdit();
     void manyEditsMakeOneCopyAndItIsNotPutOffForever();
     void theCopyHoldsWhatTheDocumentHolds();
@@ -31,22 +39,25 @@ private Q_SLOTS:
     void savingRemovesTheCopy();
     void undoingToWhatIsSavedRemovesTheCopy();
     void anotherPathMovesTheCopy();
-    void leavingOrderlyRemovesTheCopy();
-    void aDocumentWithoutFileHasACopyToo();
-    void whatCannotBeWrittenIsSaidOnce();
-    void twoDocumentsOfOneFileDoNotShareACopy();
-    void whatAProgramThatWasKilledLeftIsFound();
-    void whatWasLeftBehindCanBeDiscarded();
-    void aProgramThatEndsOrderlyLeavesNothing();
+    void movingTheStartOrEndMarkerIsWork();
+    void theCopyIsKeptUntilItsWorkIsSavedOrDiscarded();
+    void anImportAfterAnotherHasACopyOfItsOwn();
+    void documentsWithoutFileDoNotShareACopy();
+    void documentsOfOneFileDoNotShareACopy();
+    void whatIsLeftBehindIsNeitherOverwrittenNorRemoved();
+    void anAdoptedCopyGoesWhenItsWorkIsSaved();
+    void aCopyThatMayBeAnothersIsNotAdopted();
+    void whatCannotBeWrittenIsSaidOnceAndTriedAgain();
+    void noCopyIsWrittenDuringAGesture();
+    void aGestureThatChangesNothingMakesNoCopy();
 
 private:
     QString _file(const QString& name = "a.xml") const { return _directory->filePath(name); }
-    QString _copy(const QString& name = "a.xml") const { return Autosave::copyOf(_file(name)); }
+    QString _copy(const QString& name = "a.xml") const { return CrashCopy::pathOf(_file(name)); }
     QStringList _files() const {
         return QDir(_directory->path()).entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::Hidden);
     }
     void _edit(Scene& scene);
-    void _leaveBehind();
 
     std::unique_ptr<QTemporaryDir> _directory;
     unsigned int _frame = 0;
@@ -63,15 +74,6 @@ void AutosaveTest::init() {
 
 void AutosaveTest::_edit(Scene& scene) {
     QVERIFY(Editor::KeyEdits(scene.document).insert(scene.curve(), ++_frame) != nullptr);
-}
-
-void AutosaveTest::copiesStandBesideTheirFiles() {
-    QCOMPARE(QFileInfo(_copy()).absolutePath(), QFileInfo(_file()).absolutePath());
-    QVERIFY(_copy() != _file());
-    QVERIFY(_copy("a.xml") != _copy("b.xml"));
-    QVERIFY(_copy("a.xml") != _copy("a.bvh"));
-    QVERIFY(AnimationFile::isWritable(_copy("a.bvh")));
-    QVERIFY(AnimationFile::isWritable(Autosave::copyOf(QString())));
 }
 
 void AutosaveTest::theCopyComesShortlyAfterAnEdit() {
@@ -170,129 +172,184 @@ void AutosaveTest::anotherPathMovesTheCopy() {
     QVERIFY(_files().isEmpty());
 }
 
-void AutosaveTest::leavingOrderlyRemovesTheCopy() {
+void AutosaveTest::movingTheStartOrEndMarkerIsWork() {
     Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    scene.markers().setEndIndex(70);
+    autosave.write();
+    QCOMPARE(AnimationFile(_copy()).load().markers->end, 70U);
+    scene.markers().setEndIndex(80); // The document is modified already.
+    QTRY_COMPARE_WITH_TIMEOUT(AnimationFile(_copy()).load().markers->end, 80U, 4 * Autosave::delay);
+    scene.markers().setEndIndex(1);
+    QVERIFY(_files().isEmpty());
+}
+
+void AutosaveTest::theCopyIsKeptUntilItsWorkIsSavedOrDiscarded() {
+    Scene scene;
+    scene.document.setSaved(_file());
     {
         Autosave autosave(scene.document);
-        scene.document.setSaved(_file());
-        _edit(scene);
-        autosave.write();
-        QVERIFY(QFile::exists(_copy()));
-    }
-    QVERIFY(_files().isEmpty());
-    QVERIFY(!Autosave::isLeftBehind(_file()));
-}
-
-void AutosaveTest::aDocumentWithoutFileHasACopyToo() {
-    Scene scene;
-    Autosave autosave(scene.document);
-    _edit(scene);
-    autosave.write();
-    const QString copy = Autosave::copyOf(QString());
-    QVERIFY(QFile::exists(copy));
-    scene.document.setSaved(_file());
-    QVERIFY(!QFile::exists(copy));
-    QVERIFY(QDir(QFileInfo(copy).absolutePath()).removeRecursively());
-}
-
-void AutosaveTest::whatCannotBeWrittenIsSaidOnce() {
-    Scene scene;
-    Autosave autosave(scene.document);
-    QSignalSpy failures(&autosave, &Autosave::failed);
-    const QString place = _file("a.xml");
-    scene.document.setSaved(place);
-    QVERIFY(QDir().mkpath(_copy())); // What stands there cannot be replaced by a file.
-    for (int time = 0; time < 3; ++time) {
         _edit(scene);
         autosave.write();
     }
-    QCOMPARE(failures.count(), 1);
-    QVERIFY(failures[0][0].toString().startsWith(_copy()));
-    QVERIFY(QDir(_copy()).removeRecursively());
+    QCOMPARE(CrashCopy::of(_file()).size(), std::size_t{1}); // Nobody said that it is not wanted.
+    QVERIFY(CrashCopy::of(_file()).at(0).remove());
+    Autosave autosave(scene.document);
     autosave.write();
     QVERIFY(QFile::exists(_copy()));
-    QCOMPARE(failures.count(), 1);
+    autosave.discard();
+    QCOMPARE(_files(), QStringList());
 }
 
-void AutosaveTest::twoDocumentsOfOneFileDoNotShareACopy() {
+void AutosaveTest::anImportAfterAnotherHasACopyOfItsOwn() {
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setUnsaved();
+    autosave.write();
+    QVERIFY(QFile::exists(CrashCopy::pathOf({})));
+    scene.document.replace(animationOf({"other"}), QString());
+    QVERIFY(!QFile::exists(CrashCopy::pathOf({})));
+    scene.document.setUnsaved();
+    autosave.write();
+    QCOMPARE(AnimationFile(CrashCopy::pathOf({})).load().animation->size(), std::size_t{1});
+    scene.document.setSaved(_file());
+    QVERIFY(!QFile::exists(CrashCopy::pathOf({})));
+}
+
+void AutosaveTest::documentsWithoutFileDoNotShareACopy() {
+    Scene first;
+    Scene second({"one"});
+    Autosave firsts(first.document);
+    Autosave seconds(second.document);
+    const QSignalSpy failures(&seconds, &Autosave::failed);
+    first.document.setUnsaved();
+    second.document.setUnsaved();
+    firsts.write();
+    seconds.write();
+    QCOMPARE(failures.count(), 0);
+    QVERIFY(AnimationFile(CrashCopy::pathOf({})).load().animation->serialize() ==
+            first.document.animation().serialize());
+    firsts.discard();
+    QVERIFY(AnimationFile(CrashCopy::pathOf({}, 2)).load().animation->serialize() ==
+            second.document.animation().serialize());
+    seconds.discard();
+    QVERIFY(!QFile::exists(CrashCopy::pathOf({}, 2)));
+}
+
+void AutosaveTest::documentsOfOneFileDoNotShareACopy() {
     Scene first;
     Scene second;
     Autosave firsts(first.document);
     first.document.setSaved(_file());
     _edit(first);
     firsts.write();
-    QVERIFY(!Autosave::isLeftBehind(_file())); // Its program runs.
     {
         Autosave seconds(second.document);
-        QSignalSpy failures(&seconds, &Autosave::failed);
         second.document.setSaved(_file());
         _edit(second);
         seconds.write();
-        QCOMPARE(failures.count(), 1);
+        QVERIFY(QFile::exists(CrashCopy::pathOf(_file(), 2)));
         seconds.discard();
-        QVERIFY(QFile::exists(_copy()));
     }
-    QVERIFY(QFile::exists(_copy()));
     const auto data = AnimationFile(_copy()).load();
     QVERIFY(data.animation->serialize() == first.document.animation().serialize());
 }
 
-// Ends when the program was killed and its copy is there.
-void AutosaveTest::_leaveBehind() {
-    AnimationFile(_file()).save(Scene().document.tree());
-    QProcess program;
-    program.start(AUTOSAVE_VICTIM, {_file()});
-    QVERIFY(program.waitForStarted());
-    QVERIFY(program.waitForReadyRead(20 * Autosave::delay));
-    QCOMPARE(program.readAllStandardOutput(), QByteArray("edited\n"));
-    QVERIFY(QFile::exists(_copy()));
-    QVERIFY(!Autosave::isLeftBehind(_file()));
-    program.kill();
-    QVERIFY(program.waitForFinished());
-    QCOMPARE(program.exitStatus(), QProcess::CrashExit);
-}
-
-void AutosaveTest::whatAProgramThatWasKilledLeftIsFound() {
-    _leaveBehind();
-    QVERIFY(Autosave::isLeftBehind(_file()));
-    QVERIFY(Autosave::isLeftBehind(_file())); // Looking takes nothing away.
-    Scene scene;
-    {
-        Autosave autosave(scene.document);
-        scene.document.replace(AnimationFile(_copy()).load(), _file());
-        QVERIFY(Autosave::isLeftBehind(_file())); // It stays until the work is safe elsewhere.
-        scene.document.setUnsaved();
-        QCOMPARE(scene.frames(), QString("77"));
-        autosave.write();
-        QVERIFY(QFile::exists(_copy()));
-        AnimationFile(_file()).save(scene.document.tree());
-        scene.document.setSaved(_file());
-    }
-    QVERIFY(!Autosave::isLeftBehind(_file()));
-    QCOMPARE(_files(), QStringList("a.xml"));
-}
-
-void AutosaveTest::whatWasLeftBehindCanBeDiscarded() {
-    _leaveBehind();
+void AutosaveTest::whatIsLeftBehindIsNeitherOverwrittenNorRemoved() {
+    QFile left(_copy());
+    QVERIFY(left.open(QIODevice::WriteOnly) && left.write("damaged") > 0);
+    left.close();
     Scene scene;
     Autosave autosave(scene.document);
-    scene.document.replace(AnimationFile(_file()).load(), _file());
+    scene.document.setSaved(_file());
+    _edit(scene);
+    autosave.write();
     autosave.discard();
-    QVERIFY(!Autosave::isLeftBehind(_file()));
-    QCOMPARE(_files(), QStringList("a.xml"));
-    QCOMPARE(scene.frames(), QString());
+    _edit(scene);
+    scene.document.setSaved(_file());
+    QVERIFY(left.open(QIODevice::ReadOnly));
+    QCOMPARE(left.readAll(), QByteArray("damaged"));
+    QCOMPARE(_files(), QStringList(QFileInfo(left).fileName()));
 }
 
-void AutosaveTest::aProgramThatEndsOrderlyLeavesNothing() {
-    AnimationFile(_file()).save(Scene().document.tree());
-    QProcess program;
-    program.start(AUTOSAVE_VICTIM, {_file()});
-    QVERIFY(program.waitForReadyRead(20 * Autosave::delay));
+void AutosaveTest::anAdoptedCopyGoesWhenItsWorkIsSaved() {
+    AnimationFile(_copy()).save(Scene().document.tree());
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    scene.document.setUnsaved();
+    autosave.adopt(std::move(CrashCopy::of(_file()).at(0)));
+    QCOMPARE(CrashCopy::of(_file()).size(), std::size_t{0}); // This program works on it.
     QVERIFY(QFile::exists(_copy()));
-    program.closeWriteChannel();
-    QVERIFY(program.waitForFinished());
-    QCOMPARE(program.exitCode(), 0);
-    QCOMPARE(_files(), QStringList("a.xml"));
+    _edit(scene);
+    autosave.write();
+    QCOMPARE(AnimationFile(_copy()).load().animation->getGreaterIndex(), _frame);
+    scene.document.setSaved(_file());
+    QCOMPARE(_files(), QStringList());
+}
+
+void AutosaveTest::aCopyThatMayBeAnothersIsNotAdopted() {
+    AnimationFile(_copy()).save(Scene().document.tree());
+    QFile lock(_copy() + ".lock");
+    QVERIFY(lock.open(QIODevice::WriteOnly) && lock.write("1\neditor\nelsewhere\nmachine\nboot\n") > 0);
+    lock.close();
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    scene.document.setUnsaved();
+    autosave.adopt(std::move(CrashCopy::of(_file()).at(0)));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(CrashCopy::pathOf(_file(), 2)), 4 * Autosave::delay);
+    scene.document.setSaved(_file());
+    QVERIFY(QFile::exists(_copy()));
+    QVERIFY(!QFile::exists(CrashCopy::pathOf(_file(), 2)));
+}
+
+void AutosaveTest::whatCannotBeWrittenIsSaidOnceAndTriedAgain() {
+    Scene scene;
+    Autosave autosave(scene.document);
+    QSignalSpy failures(&autosave, &Autosave::failed);
+    const QString place = _file("missing/a.xml");
+    scene.document.setSaved(place);
+    for (int time = 0; time < 3; ++time) {
+        _edit(scene);
+        autosave.write();
+    }
+    QCOMPARE(failures.count(), 1);
+    QVERIFY(failures[0][0].toString().startsWith(CrashCopy::pathOf(place)));
+    QVERIFY(!QFile::exists(_file("missing")));
+    QVERIFY(QDir().mkdir(_file("missing")));
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(CrashCopy::pathOf(place)),
+                             Autosave::longestDelay + 4 * Autosave::delay);
+    QCOMPARE(failures.count(), 1);
+    QVERIFY(QFile::exists(CrashCopy::pathOf(place) + ".lock"));
+}
+
+void AutosaveTest::noCopyIsWrittenDuringAGesture() {
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    _edit(scene);
+    autosave.setGestureActive(true);
+    _edit(scene);
+    QTest::qWait(2 * Autosave::delay);
+    QVERIFY(_files().isEmpty());
+    autosave.setGestureActive(false);
+    QVERIFY(_files().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(_copy()), 4 * Autosave::delay);
+}
+
+void AutosaveTest::aGestureThatChangesNothingMakesNoCopy() {
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    _edit(scene);
+    autosave.write();
+    QVERIFY(QFile::remove(_copy()));
+    autosave.setGestureActive(true);
+    autosave.setGestureActive(false);
+    QTest::qWait(2 * Autosave::delay);
+    QVERIFY(!QFile::exists(_copy()));
 }
 
 QTEST_GUILESS_MAIN(AutosaveTest)

@@ -86,6 +86,17 @@ private Q_SLOTS:
         QCOMPARE(scene.selected(), QString("a@45 b@65"));
     }
 
+    void whileAKeyIsDraggedTheViewTellsWhereItIs() {
+        Scene scene(twoLayers);
+        QSignalSpy texts(scene.view.get(), &Editor::CurveView::hovered);
+        scene.press(scene.at(40, 60));
+        scene.moveTo(scene.at(52.3, 70), Qt::ShiftModifier);
+        QCOMPARE(texts.last().at(0).toString(), QString("a: key at frame 52, value 60"));
+        scene.type(Qt::Key_Escape);
+        scene.moveTo(scene.at(40, 60));
+        QCOMPARE(texts.last().at(0).toString(), QString("a: key at frame 40, value 60"));
+    }
+
     void aHandThatShakesInAClickMovesNothing() {
         Scene scene(twoLayers);
         const QString before = scene.state();

@@ -74,9 +74,9 @@ private Q_SLOTS:
         QCOMPARE(scene.entries(), 0);
     }
 
-    void withoutSelectionArrowsAndDeleteAreLeftToTheWindow() {
+    void withoutSelectionArrowsAreLeftToTheWindow() {
         Scene scene(twoLayers);
-        for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Delete, Qt::Key_Escape}) {
+        for (const Qt::Key key : {Qt::Key_Left, Qt::Key_Up, Qt::Key_Escape}) {
             for (const QEvent::Type type : {QEvent::ShortcutOverride, QEvent::KeyPress}) {
                 QKeyEvent event(type, key, Qt::NoModifier);
                 event.ignore();
@@ -92,19 +92,6 @@ private Q_SLOTS:
         QCOMPARE(scene.entries(), 0);
     }
 
-    void deleteDeletesTheSelectedKeys() {
-        Scene scene(twoLayers);
-        const QString before = scene.state();
-        scene.document.selection().set({scene.key(0, 40), scene.key(1, 20)});
-        scene.type(Qt::Key_Delete);
-        QCOMPARE(scene.curve(0).size(), std::size_t{2});
-        QCOMPARE(scene.curve(1).size(), std::size_t{1});
-        QVERIFY(scene.document.selection().isEmpty());
-        QCOMPARE(scene.entries(), 1);
-        scene.document.history().undo();
-        QCOMPARE(scene.state(), before);
-    }
-
     void escapeDeselects() {
         Scene scene(twoLayers);
         scene.document.selection().selectAll();
@@ -117,7 +104,6 @@ private Q_SLOTS:
         Scene scene(twoLayers);
         scene.press(scene.at(40, 60));
         scene.moveTo(scene.at(50, 60));
-        scene.type(Qt::Key_Delete);
         scene.type(Qt::Key_Up);
         scene.release(scene.at(50, 60));
         QCOMPARE(scene.selected(), QString("a@50"));

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void replacingAnnouncesItself();
     void editsMakeItModifiedAndSavingDoesNot();
     void unsavedWorkStaysUnsavedUntilItIsSaved();
+    void startAndEndMarkersAreWorkAndTheCurrentFrameIsNot();
     void theTreeHoldsWhatOnlyTheEditorKnows();
     void layersComeAndGoWithTheirLooks();
     void layersMoveWithTheirLooks();
@@ -126,6 +127,33 @@ void DocumentTest::unsavedWorkStaysUnsavedUntilItIsSaved() {
     QVERIFY(document.isModified());
     document.setSaved("a.xml");
     QVERIFY(!document.isModified());
+}
+
+void DocumentTest::startAndEndMarkersAreWorkAndTheCurrentFrameIsNot() {
+    Scene scene;
+    const QSignalSpy changes(&scene.document, &Document::pathChanged);
+    const QSignalSpy spans(&scene.document, &Document::spanChanged);
+    scene.markers().setSelectedIndex(12);
+    QVERIFY(!scene.document.isModified());
+    QCOMPARE(spans.count(), 0);
+    scene.markers().setEndIndex(70);
+    QVERIFY(scene.document.isModified());
+    scene.markers().setStartIndex(3);
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(spans.count(), 2);
+    scene.markers().setStartIndex(1);
+    scene.markers().setEndIndex(1); // As a gesture that is taken back leaves them.
+    QVERIFY(!scene.document.isModified());
+    QCOMPARE(changes.count(), 2);
+    scene.markers().setEndIndex(70);
+    scene.document.setSaved("a.xml");
+    QVERIFY(!scene.document.isModified());
+    scene.markers().setEndIndex(1);
+    QVERIFY(scene.document.isModified());
+    scene.document.replace(animationOf({"one"}), "b.xml");
+    QVERIFY(!scene.document.isModified());
+    scene.markers().setStartIndex(2);
+    QVERIFY(scene.document.isModified());
 }
 
 void DocumentTest::theTreeHoldsWhatOnlyTheEditorKnows() {

@@ -10,7 +10,7 @@ using Editor::DragEntry;
 
 namespace {
 
-/// Writes down what is done with it; merges with its own kind.
+/// Logs what it is asked to do. An open one takes the name of each later one into its text.
 class Step : public QUndoCommand {
 public:
     Step(QStringList& log, const QString& name, bool isOpen = true)
@@ -21,7 +21,9 @@ public:
     void undo() override { _log.append("undo " + text()); }
     void redo() override { _log.append("redo " + text()); }
     bool mergeWith(const QUndoCommand* other) override {
-        setText(text() + '+' + other->text());
+        if (_isOpen) {
+            setText(text() + '+' + other->text());
+        }
         return _isOpen;
     }
 
@@ -36,67 +38,70 @@ class DragEntryTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() {
-        _log.clear();
-        _stack = std::make_unique<QUndoStack>();
-    }
+    void init() { _log.clear(); }
 
-    void stepsOfOneDragMerge();
-    void stepsOfAnotherDragDoNot();
-    void aStepThatTheCommandRefusesIsAnEntryOfItsOwn();
-    void aCancelledEntryUndoesItselfAndIsGone();
-    void restartingUndoesAllAndDoesAnother();
+    void stepsAreDoneAsTheyCome();
+    void stepsMergeIntoOneCommand();
+    void aStepThatTheCommandRefusesFollowsIt();
+    void enteringTheHistoryDoesNothing();
+    void theHistoryNeverMergesTwoEntries();
 
 private:
-    DragEntry* push(const QString& name, int drag, bool isOpen = true) {
-        auto* const entry = new DragEntry(std::make_unique<Step>(_log, name, isOpen), drag);
-        _stack->push(entry);
-        return entry;
+    std::unique_ptr<DragEntry> entry(const QStringList& names, bool isOpen = true) {
+        auto made = std::make_unique<DragEntry>();
+        for (const QString& name : names) {
+            made->add(std::make_unique<Step>(_log, name, isOpen));
+        }
+        return made;
     }
 
     QStringList _log;
-    std::unique_ptr<QUndoStack> _stack;
 };
 
-void DragEntryTest::stepsOfOneDragMerge() {
-    push("a", 1);
-    push("b", 1);
-    QCOMPARE(_stack->count(), 1);
-    QCOMPARE(_stack->undoText(), QString("a+b"));
-    _stack->undo();
-    _stack->redo();
-    QCOMPARE(_log, (QStringList{"redo a", "redo b", "undo a+b", "redo a+b"}));
+void DragEntryTest::stepsAreDoneAsTheyCome() {
+    entry({"a", "b"});
+    QCOMPARE(_log, (QStringList{"redo a", "redo b"}));
 }
 
-void DragEntryTest::stepsOfAnotherDragDoNot() {
-    push("a", 1);
-    push("b", 2);
-    QCOMPARE(_stack->count(), 2);
-    QCOMPARE(_stack->text(0), QString("a"));
+void DragEntryTest::stepsMergeIntoOneCommand() {
+    const auto made = entry({"a", "b", "c"});
+    QCOMPARE(made->text(), QString("a+b+c"));
+    QCOMPARE(made->lastCommand().text(), QString("a+b+c"));
+    _log.clear();
+    made->undo();
+    made->redo();
+    QCOMPARE(_log, (QStringList{"undo a+b+c", "redo a+b+c"}));
 }
 
-void DragEntryTest::aStepThatTheCommandRefusesIsAnEntryOfItsOwn() {
-    push("a", 1, false);
-    push("b", 1);
-    QCOMPARE(_stack->count(), 2);
+void DragEntryTest::aStepThatTheCommandRefusesFollowsIt() {
+    const auto made = entry({"a", "b"}, false);
+    QCOMPARE(made->text(), QString("b"));
+    QCOMPARE(made->lastCommand().text(), QString("b"));
+    _log.clear();
+    made->undo();
+    made->redo();
+    QCOMPARE(_log, (QStringList{"undo b", "undo a", "redo a", "redo b"}));
 }
 
-void DragEntryTest::aCancelledEntryUndoesItselfAndIsGone() {
-    push("a", 1);
-    push("b", 2)->cancel();
-    _stack->undo();
-    QCOMPARE(_stack->count(), 1);
-    QVERIFY(!_stack->canRedo());
-    QCOMPARE(_log, (QStringList{"redo a", "redo b", "undo b"}));
+void DragEntryTest::enteringTheHistoryDoesNothing() {
+    QUndoStack stack;
+    auto made = entry({"a", "b"});
+    _log.clear();
+    stack.push(made.release());
+    QCOMPARE(stack.undoText(), QString("a+b"));
+    QCOMPARE(_log, QStringList());
+    stack.undo();
+    stack.redo();
+    stack.undo();
+    QCOMPARE(_log, (QStringList{"undo a+b", "redo a+b", "undo a+b"}));
 }
 
-void DragEntryTest::restartingUndoesAllAndDoesAnother() {
-    DragEntry* const entry = push("a", 1);
-    push("b", 1);
-    entry->restart([this] { return std::make_unique<Step>(_log, "c"); });
-    QCOMPARE(_log, (QStringList{"redo a", "redo b", "undo a+b", "redo c"}));
-    QCOMPARE(_stack->undoText(), QString("c"));
-    QCOMPARE(entry->command().text(), QString("c"));
+void DragEntryTest::theHistoryNeverMergesTwoEntries() {
+    QUndoStack stack;
+    stack.push(entry({"a"}).release());
+    stack.push(entry({"b"}).release());
+    QCOMPARE(stack.count(), 2);
+    QCOMPARE(stack.text(0), QString("a"));
 }
 
 QTEST_GUILESS_MAIN(DragEntryTest)

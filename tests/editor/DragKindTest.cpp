@@ -1,6 +1,7 @@
 #include "document/DragKind.h"
 
 #include "commands/MergeableCommand.h"
+#include "document/RangeDrags.h"
 #include "tests/editor/support/Scene.h"
 
 #include <QUndoCommand>
@@ -20,6 +21,7 @@ private Q_SLOTS:
     void onlyTheLastStepIsFinal();
     void makingAStepChangesNothing();
     void distancesAreRoundedToWholeFrames();
+    void aPlaceThatIsReachedIsReachedAgain();
     void keysInNoCurveAreLeftOut();
     void theProblemNamesTheFrameAndTheLayer();
     void aHandleThatIsNotFiniteIsGrabbedAtItsKey();
@@ -89,6 +91,26 @@ void DragKindTest::distancesAreRoundedToWholeFrames() {
         QCOMPARE(scene.range(), QString("12-12"));
         move->undo();
     }
+}
+
+void DragKindTest::aPlaceThatIsReachedIsReachedAgain() {
+    Scene scene;
+    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    scene.setRange(8, 12);
+    for (const auto& kind : allKinds(scene)) {
+        for (const double frames : {-1e300, -7.6, -0.4, 0.0, 0.4, 3.2, 1e300}) {
+            const QPointF reached = kind->reach({frames, 0});
+            const QPointF again = kind->reach(reached);
+            QVERIFY(again.x() == reached.x() && again.y() == reached.y());
+            QCOMPARE(kind->step(reached, false) == nullptr, kind->step({frames, 0}, false) == nullptr);
+        }
+        QCOMPARE(kind->reach({0, 0}), QPointF(0, 0));
+    }
+    QCOMPARE(Editor::dragKeys({scene.key(0, 10)})->reach({-12.4, 3}), QPointF(-10, 3));
+    QCOMPARE(Editor::dragRange(scene.document)->reach({-12.4, 3}), QPointF(-8, 0));
+    QCOMPARE(Editor::dragRangeEnd(scene.document, StretchSide::start)->reach({9, 3}), QPointF(4, 0));
+    QCOMPARE(Editor::dragRangeEnd(scene.document, StretchSide::end)->reach({2.6, 3}), QPointF(3, 0));
+    QCOMPARE(Editor::dragNewRange(scene.document, 3)->reach({-4, 3}), QPointF(-3, 0));
 }
 
 void DragKindTest::keysInNoCurveAreLeftOut() {

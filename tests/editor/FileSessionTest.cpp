@@ -1,63 +1,11 @@
-#include "window/FileSession.h"
-#include "ScriptedDialogs.h"
-#include "TwoLayers.h"
-#include "document/AnimationFile.h"
-#include "document/KeyEdits.h"
-#include "tests/support/Snapshot.h"
-#include "window/RecentFiles.h"
+#include "FileScene.h"
 
-#include <QSettings>
-#include <QStandardPaths>
-#include <QTemporaryDir>
+#include <QSignalSpy>
 #include <QtTest>
 
-#include <boost/property_tree/ptree.hpp>
-
-using Editor::Autosave;
+using FileScene::Scene;
+using FileScene::valueIn;
 using Unsaved = ScriptedDialogs::Unsaved;
-
-namespace {
-
-class Scene {
-public:
-    QString path(const QString& name) const { return directory.filePath(name); }
-
-    /// A file with TwoLayers, but for the value of a's first key.
-    QString makeFile(const QString& name, float value) {
-        Editor::Document other;
-        other.replace(TwoLayers::data(), QString());
-        TwoLayers::key(other, 0, 0)->setValue(value);
-        Editor::AnimationFile(path(name)).save(other.tree());
-        return path(name);
-    }
-
-    QString write(const QString& name, const QByteArray& content) const {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
-            qFatal("no file could be written");
-        }
-        return path(name);
-    }
-
-    float value() const { return TwoLayers::key(document, 0, 0)->getValue(); }
-    void edit(float value) { Editor::KeyEdits(document).setValue({TwoLayers::key(document, 0, 0)}, value); }
-    QString state() const { return Snapshot::of(document.animation()); }
-
-    QTemporaryDir directory;
-    QSettings store{directory.filePath("settings.ini"), QSettings::IniFormat};
-    Editor::RecentFiles recent{store};
-    ScriptedDialogs dialogs;
-    Editor::Document document;
-    Editor::FileSession session{document, dialogs, recent};
-};
-
-float valueIn(const QString& path) {
-    Editor::Document document;
-    document.replace(Editor::AnimationFile(path).load(), QString());
-    return TwoLayers::key(document, 0, 0)->getValue();
-}
-
-} // namespace
 
 class FileSessionTest : public QObject {
     Q_OBJECT
@@ -77,11 +25,6 @@ private Q_SLOTS:
     void savedWorkIsNotAskedAbout();
     void aFailedSaveKeepsTheDocument();
     void aNewAnimationIsEmptyAndSaved();
-    void workLeftBehindIsOfferedAndRecovered();
-    void workLeftBehindThatIsNotWantedIsDeleted();
-    void workLeftBehindOfAnUntitledDocumentIsOfferedAtTheStart();
-    void openingTheOpenFileAgainDoesNotOfferItsOwnWork();
-    void damagedWorkLeftBehindIsSaidAndTheFileOpens();
     void openingAsksWhichFile();
     void recentFilesHoldWhatWasOpenedAndSaved();
     void aRecentFileThatIsGoneLeavesTheList();
@@ -89,7 +32,8 @@ private Q_SLOTS:
 
 void FileSessionTest::initTestCase() {
     QStandardPaths::setTestModeEnabled(true);
-    QFile::remove(Autosave::copyOf({}));
+    QCoreApplication::setApplicationName(
+        QString("FileSessionTest%1").arg(QCoreApplication::applicationPid()));
 }
 
 void FileSessionTest::anOpenedFileIsTheDocument() {
@@ -263,74 +207,6 @@ void FileSessionTest::aNewAnimationIsEmptyAndSaved() {
     QCOMPARE(scene.document.layerCount(), 0);
     QCOMPARE(scene.session.name(), QString("Untitled"));
     QVERIFY(!scene.document.isModified());
-}
-
-void FileSessionTest::workLeftBehindIsOfferedAndRecovered() {
-    Scene scene;
-    const QString path = scene.makeFile("x.xml", 7.5F);
-    QVERIFY(QFile::rename(scene.makeFile("crashed.xml", 9.0F), Autosave::copyOf(path)));
-    scene.dialogs.recover = true;
-    QVERIFY(scene.session.open(path));
-    QCOMPARE(scene.dialogs.asked, QStringList{"recover x.xml"});
-    QCOMPARE(scene.value(), 9.0F);
-    QCOMPARE(scene.document.path(), path);
-    QVERIFY(scene.document.isModified());
-    QCOMPARE(valueIn(path), 7.5F);
-    QVERIFY(scene.session.save());
-    QCOMPARE(valueIn(path), 9.0F);
-}
-
-void FileSessionTest::workLeftBehindThatIsNotWantedIsDeleted() {
-    Scene scene;
-    const QString path = scene.makeFile("x.xml", 7.5F);
-    QVERIFY(QFile::rename(scene.makeFile("crashed.xml", 9.0F), Autosave::copyOf(path)));
-    QVERIFY(scene.session.open(path));
-    QCOMPARE(scene.value(), 7.5F);
-    QVERIFY(!scene.document.isModified());
-    QVERIFY(!QFile::exists(Autosave::copyOf(path)));
-}
-
-void FileSessionTest::workLeftBehindOfAnUntitledDocumentIsOfferedAtTheStart() {
-    Scene scene;
-    const QString copy = Autosave::copyOf({});
-    QVERIFY(QDir().mkpath(QFileInfo(copy).absolutePath()));
-    QVERIFY(QFile::rename(scene.makeFile("crashed.xml", 9.0F), copy));
-    scene.dialogs.recover = true;
-    scene.session.offerRecovery();
-    QCOMPARE(scene.dialogs.asked, QStringList{"recover an untitled animation"});
-    QCOMPARE(scene.value(), 9.0F);
-    QCOMPARE(scene.document.path(), QString());
-    QVERIFY(scene.document.isModified());
-    scene.session.leave();
-    QVERIFY(!QFile::exists(copy));
-    scene.dialogs.asked.clear();
-    scene.session.offerRecovery();
-    QCOMPARE(scene.dialogs.asked, QStringList());
-}
-
-void FileSessionTest::openingTheOpenFileAgainDoesNotOfferItsOwnWork() {
-    Scene scene;
-    const QString path = scene.makeFile("x.xml", 7.5F);
-    scene.session.open(path);
-    scene.edit(9.0F);
-    QTRY_VERIFY(QFile::exists(Autosave::copyOf(path)));
-    scene.dialogs.unsaved = Unsaved::discard;
-    scene.dialogs.recover = true;
-    QVERIFY(scene.session.open(path));
-    QCOMPARE(scene.dialogs.asked, QStringList{"unsaved x.xml"});
-    QCOMPARE(scene.value(), 7.5F);
-    QVERIFY(!scene.document.isModified());
-    QVERIFY(!QFile::exists(Autosave::copyOf(path)));
-}
-
-void FileSessionTest::damagedWorkLeftBehindIsSaidAndTheFileOpens() {
-    Scene scene;
-    const QString path = scene.makeFile("x.xml", 7.5F);
-    QVERIFY(QFile::rename(scene.write("crashed.xml", "<anim"), Autosave::copyOf(path)));
-    scene.dialogs.recover = true;
-    QVERIFY(scene.session.open(path));
-    QCOMPARE(scene.dialogs.problems.size(), 1);
-    QCOMPARE(scene.value(), 7.5F);
 }
 
 void FileSessionTest::openingAsksWhichFile() {

@@ -15,6 +15,10 @@ private Q_SLOTS:
     void beginningFinishesTheDragBefore();
     void anotherEditFinishesTheDrag();
     void undoDuringADragUndoesIt();
+    void redoDuringADragFinishesIt();
+    void aJumpInTheHistoryDuringADragFinishesItFirst();
+    void theDocumentIsModifiedWhileADragHasMovedSomething();
+    void aDragThatGoesAwayIsFinished();
     void savingDuringADragFinishesIt();
     void anotherAnimationForgetsTheDrag();
     void removingTheLayerOfADragForgetsIt();
@@ -70,6 +74,79 @@ void InterruptedDragTest::undoDuringADragUndoesIt() {
     QCOMPARE(scene.frames(), QString("7"));
 }
 
+void InterruptedDragTest::redoDuringADragFinishesIt() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    const DocumentState before = scene.state();
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({9, 0});
+    gesture.drag.finish();
+    scene.history().undo();
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({2, 0});
+    scene.history().redo();
+    QVERIFY(!gesture.drag.isActive());
+    QCOMPARE(scene.frames(), QString("7"));
+    QCOMPARE(scene.history().count(), 1);
+    scene.history().undo();
+    QCOMPARE(scene.changesSince(before), QString());
+}
+
+void InterruptedDragTest::aJumpInTheHistoryDuringADragFinishesItFirst() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    const DocumentState before = scene.state();
+    for (int i = 0; i < 3; ++i) {
+        gesture.drag.begin(dragKeys(keys));
+        gesture.drag.moveTo({2, 1});
+        if (i < 2) {
+            gesture.drag.finish();
+        }
+    }
+    const DocumentState after = scene.state();
+    scene.history().setIndex(0);
+    QVERIFY(!gesture.drag.isActive());
+    QCOMPARE(scene.changesSince(before), QString());
+    scene.history().setIndex(3);
+    QCOMPARE(scene.changesSince(after), QString());
+}
+
+void InterruptedDragTest::theDocumentIsModifiedWhileADragHasMovedSomething() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    Gesture gesture(scene);
+    const QSignalSpy changes(&scene.document, &Editor::Document::pathChanged);
+    gesture.drag.begin(dragKeys(keys));
+    QVERIFY(!scene.document.isModified());
+    gesture.drag.moveTo({2, 0});
+    QVERIFY(scene.document.isModified());
+    QCOMPARE(changes.size(), 1);
+    gesture.drag.moveTo({0, 0});
+    QVERIFY(!scene.document.isModified());
+    gesture.drag.moveTo({3, 0});
+    gesture.drag.cancel();
+    QVERIFY(!scene.document.isModified());
+    QCOMPARE(changes.size(), 4);
+    gesture.drag.begin(dragKeys(keys));
+    gesture.drag.moveTo({3, 0});
+    gesture.drag.finish();
+    scene.history().undo();
+    QVERIFY(!scene.document.isModified());
+}
+
+void InterruptedDragTest::aDragThatGoesAwayIsFinished() {
+    Scene scene;
+    const Keys keys = scene.add(0, {5});
+    EditorScene::checkEdit(scene, [&] {
+        Gesture gesture(scene);
+        gesture.drag.begin(dragKeys(keys));
+        gesture.drag.moveTo({2, 0});
+    });
+    QCOMPARE(scene.frames(), QString("7"));
+}
+
 void InterruptedDragTest::savingDuringADragFinishesIt() {
     Scene scene;
     const Keys keys = scene.add(0, {5});
@@ -83,6 +160,7 @@ void InterruptedDragTest::savingDuringADragFinishesIt() {
     QCOMPARE(scene.frames(), QString("7"));
     QVERIFY(!scene.document.isModified());
     QCOMPARE(scene.history().count(), 1);
+    QVERIFY(scene.history().isClean());
 }
 
 void InterruptedDragTest::anotherAnimationForgetsTheDrag() {

@@ -75,7 +75,7 @@ void KeyClipboardTest::keysComeBackAsTheyWere() {
         const auto text = textData(data->text());
         const unsigned int frame = asText ? 200 : 100;
         checkEdit(scene, [&] {
-            QCOMPARE(KeyClipboard(scene.document).paste(asText ? *text : *data, frame, nullptr),
+            QCOMPARE(KeyClipboard(scene.document).paste(asText ? *text : *data, frame, nullptr).leftOut,
                      std::size_t{0});
         });
         for (const unsigned int at : {10U, 12U, 15U, 19U}) {
@@ -119,7 +119,10 @@ void KeyClipboardTest::keysThatStandThereAreReplaced() {
     const Keys keys = scene.add(0, {1, 3});
     scene.add(0, {10, 11, 12});
     const auto data = KeyClipboard::copy(keys);
-    checkEdit(scene, [&] { KeyClipboard(scene.document).paste(*data, 10, nullptr); });
+    KeyClipboard::Report report;
+    checkEdit(scene, [&] { report = KeyClipboard(scene.document).paste(*data, 10, nullptr); });
+    QCOMPARE(report.replaced, std::size_t{2});
+    QCOMPARE(report.leftOut, std::size_t{0});
     QCOMPARE(scene.frames(), QString("1 3 10 11 12"));
     QCOMPARE(scene.key(0, 10)->getValue(), 1.0F);
     QCOMPARE(scene.key(0, 11)->getValue(), 11.0F);
@@ -158,7 +161,7 @@ void KeyClipboardTest::severalLayersKeysAreLeftOutWhereTheirLayerIsMissing() {
     Scene scene;
     const auto data = textData(animationText(layerText("other", "1") + layerText("leg", "4")));
     checkEdit(scene, [&] {
-        QCOMPARE(KeyClipboard(scene.document).paste(*data, 10, &scene.curve(0)), std::size_t{1});
+        QCOMPARE(KeyClipboard(scene.document).paste(*data, 10, &scene.curve(0)).leftOut, std::size_t{1});
     });
     QCOMPARE(scene.frames(0), QString());
     QCOMPARE(scene.frames(1), QString("13")); // The first of them would stand at 10.
@@ -186,8 +189,9 @@ void KeyClipboardTest::lockedAndHiddenLayersTakeNothing() {
     const auto arm = KeyClipboard::copy({scene.key(0, 5)});
     scene.lock(0);
     scene.hide(1);
-    checkEdit(scene,
-              [&] { QCOMPARE(KeyClipboard(scene.document).paste(*data, 10, nullptr), std::size_t{2}); });
+    checkEdit(scene, [&] {
+        QCOMPARE(KeyClipboard(scene.document).paste(*data, 10, nullptr).leftOut, std::size_t{2});
+    });
     QCOMPARE(scene.frames(0), QString("5"));
     QCOMPARE(scene.frames(1), QString("5"));
     QCOMPARE(scene.frames(2), QString("5 10"));
@@ -226,12 +230,16 @@ void KeyClipboardTest::duplicatesComeRightBehind() {
     Scene scene;
     const Keys keys = scene.add(0, {5, 8}) + scene.add(1, {7});
     scene.key(0, 5)->setSymmetrical(true);
-    checkEdit(scene, [&] { KeyClipboard(scene.document).duplicate(keys); });
+    KeyClipboard::Report report;
+    checkEdit(scene, [&] { report = KeyClipboard(scene.document).duplicate(keys); });
+    QCOMPARE(report.replaced, std::size_t{0});
     QCOMPARE(scene.frames(0), QString("5 8 9 12"));
     QCOMPARE(scene.frames(1), QString("7 11"));
     QVERIFY(scene.key(0, 9)->isSymmetrical());
     QCOMPARE(bitsOf(*scene.key(0, 9)), bitsOf(*scene.key(0, 5)));
     checkNothingHappens(scene, [&] { KeyClipboard(scene.document).duplicate({}); });
+    checkEdit(scene, [&] { report = KeyClipboard(scene.document).duplicate(keys); }); // Onto the first ones.
+    QCOMPARE(report.replaced, std::size_t{3});
 }
 
 void KeyClipboardTest::duplicatesKeepToTheirLayers() {

@@ -1,9 +1,9 @@
 #include "document/LayerCommands.h"
 
 #include "document/Drag.h"
-#include "document/DragKind.h"
 #include "document/KeyClipboard.h"
 #include "document/KeyEdits.h"
+#include "document/RangeDrags.h"
 #include "tests/editor/support/Scene.h"
 
 #include <QPointer>

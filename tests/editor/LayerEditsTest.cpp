@@ -8,19 +8,8 @@
 using Editor::LayerEdits;
 using EditorScene::checkEdit;
 using EditorScene::checkNothingHappens;
+using EditorScene::problemOf;
 using EditorScene::Scene;
-
-namespace {
-
-QString namesOf(Scene& scene) {
-    QStringList names;
-    for (const ZT::EditableAnimationLayer* const layer : scene.document.animation()) {
-        names.append(layer->getActuatorName());
-    }
-    return names.join(' ');
-}
-
-} // namespace
 
 class LayerEditsTest : public QObject {
     Q_OBJECT
@@ -31,7 +20,7 @@ private Q_SLOTS:
         checkEdit(scene, [&scene] { QCOMPARE(LayerEdits(scene.document).add(1), 1); });
         QCOMPARE(scene.history().undoText(), QString("Add layer"));
         checkEdit(scene, [&scene] { LayerEdits(scene.document).add(4); });
-        QCOMPARE(namesOf(scene), QString("arm Layer leg head Layer 2"));
+        QCOMPARE(scene.names(), QString("arm Layer leg head Layer 2"));
         QVERIFY(scene.curve(1).empty());
         QVERIFY(scene.document.look(1) != scene.document.look(4));
         QVERIFY(scene.document.look(1).isVisible && !scene.document.look(1).isLocked);
@@ -54,7 +43,7 @@ private Q_SLOTS:
     void aLayerCanBeAddedToAnAnimationWithout() {
         Scene scene(QStringList{});
         checkEdit(scene, [&scene] { LayerEdits(scene.document).add(0); });
-        QCOMPARE(namesOf(scene), QString("Layer"));
+        QCOMPARE(scene.names(), QString("Layer"));
     }
 
     void aCopyHasTheKeysWithTheirFlagsAndTheLook() {
@@ -67,7 +56,7 @@ private Q_SLOTS:
         scene.lock(0);
         checkEdit(scene, [&scene] { QCOMPARE(LayerEdits(scene.document).duplicate({0}), 1); });
         QCOMPARE(scene.history().undoText(), QString("Duplicate layer"));
-        QCOMPARE(namesOf(scene), QString("arm arm 2 leg head"));
+        QCOMPARE(scene.names(), QString("arm arm 2 leg head"));
         QVERIFY(scene.document.layer(1)->isMute());
         QVERIFY(scene.document.look(1).isLocked && scene.document.look(1).isVisible);
         QVERIFY(scene.document.look(1).colour != scene.document.look(0).colour);
@@ -81,7 +70,7 @@ private Q_SLOTS:
     void severalLayersAreCopiedEachBehindItselfInOneEntry() {
         Scene scene;
         checkEdit(scene, [&scene] { QCOMPARE(LayerEdits(scene.document).duplicate({0, 2}), 1); });
-        QCOMPARE(namesOf(scene), QString("arm arm 2 leg head head 2"));
+        QCOMPARE(scene.names(), QString("arm arm 2 leg head head 2"));
     }
 
     void aCopyOfACopyGetsTheNextNumber() {
@@ -90,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(LayerEdits(scene.document).uniqueName("arm 2"), QString("arm 3"));
         QCOMPARE(LayerEdits(scene.document).uniqueName("leg"), QString("leg"));
         LayerEdits(scene.document).duplicate({1});
-        QCOMPARE(namesOf(scene), QString("arm arm 2 arm 3 arm 4"));
+        QCOMPARE(scene.names(), QString("arm arm 2 arm 3 arm 4"));
     }
 
     void namesWithPercentSignsStayThemselves() {
@@ -103,9 +92,9 @@ private Q_SLOTS:
         scene.add(0, {1, 2});
         scene.add(2, {5});
         checkEdit(scene, [&scene] { LayerEdits(scene.document).remove({0, 2}); });
-        QCOMPARE(namesOf(scene), QString("leg"));
+        QCOMPARE(scene.names(), QString("leg"));
         checkEdit(scene, [&scene] { LayerEdits(scene.document).remove({0}); });
-        QCOMPARE(namesOf(scene), QString());
+        QCOMPARE(scene.names(), QString());
     }
 
     void layersMoveInFrontOfThePlace_data() {
@@ -129,7 +118,7 @@ private Q_SLOTS:
         Scene scene({"a", "b", "c", "d", "e", "f"});
         const std::vector<int> rows(layers.begin(), layers.end());
         checkEdit(scene, [&] { LayerEdits(scene.document).move(rows, index); });
-        QCOMPARE(namesOf(scene), names);
+        QCOMPARE(scene.names(), names);
     }
 
     void whatIsInItsPlaceLeavesNoEntry() {
@@ -145,6 +134,46 @@ private Q_SLOTS:
             edits.remove({});
             QCOMPARE(edits.duplicate({}), -1);
         });
+    }
+
+    void severalLayersAreHiddenMutedOrLockedAsOneEntry_data() {
+        QTest::addColumn<int>("flag");
+        QTest::newRow("visible") << static_cast<int>(LayerEdits::Flag::visible);
+        QTest::newRow("mute") << static_cast<int>(LayerEdits::Flag::mute);
+        QTest::newRow("locked") << static_cast<int>(LayerEdits::Flag::locked);
+    }
+    void severalLayersAreHiddenMutedOrLockedAsOneEntry() {
+        QFETCH(int, flag);
+        const auto which = static_cast<LayerEdits::Flag>(flag);
+        Scene scene;
+        LayerEdits edits(scene.document);
+        const bool before = edits.isSet(0, which);
+        edits.set({1}, which, !before);
+        checkEdit(scene, [&] { edits.set({0, 1, 2}, which, !before); });
+        for (const int layer : {0, 1, 2}) {
+            QCOMPARE(edits.isSet(layer, which), !before);
+        }
+        checkNothingHappens(scene, [&] { edits.set({0, 1, 2}, which, !before); });
+        checkEdit(scene, [&] { edits.set({0, 2}, which, before); });
+        QCOMPARE(edits.isSet(1, which), !before);
+    }
+
+    void anEditThatFailsHalfwayIsTakenBack() {
+        Scene scene;
+        scene.document.history().push(new QUndoCommand);
+        scene.document.history().undo();
+        const auto failing =
+            QObject::connect(scene.document.layer(2), &ZT::EditableAnimationLayer::muteChanged,
+                             [] { throw std::runtime_error("no room"); });
+        checkNothingHappens(scene, [&scene] {
+            QCOMPARE(problemOf([&scene] {
+                         LayerEdits(scene.document).set({0, 1, 2}, LayerEdits::Flag::mute, true);
+                     }),
+                     QString("no room"));
+        });
+        QObject::disconnect(failing);
+        QVERIFY(scene.history().canRedo());
+        checkEdit(scene, [&scene] { LayerEdits(scene.document).set({0, 2}, LayerEdits::Flag::mute, true); });
     }
 
     void theKeysOfLayersAreSelectedButForLockedOnes() {

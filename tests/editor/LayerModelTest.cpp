@@ -10,6 +10,8 @@
 #include <QSortFilterProxyModel>
 
 #include <limits>
+#include <sstream>
+#include <stdexcept>
 
 using Editor::LayerEdits;
 using Editor::LayerModel;
@@ -33,7 +35,7 @@ public:
     bool isChecked(int layer, int column) const {
         return shown(layer, column, Qt::CheckStateRole) == Qt::Checked;
     }
-    QString names() const {
+    QString shownNames() const {
         QStringList texts;
         for (int i = 0; i < model.rowCount(); ++i) {
             texts.append(shown(i, LayerModel::nameColumn).toString());
@@ -70,7 +72,7 @@ class LayerModelTest : public QObject {
 private Q_SLOTS:
     void eachLayerIsARow() {
         Scene scene;
-        QCOMPARE(scene.names(), QString("arm leg head"));
+        QCOMPARE(scene.shownNames(), QString("arm leg head"));
         QCOMPARE(scene.model.columnCount(), int(LayerModel::columns));
         QCOMPARE(scene.model.rowCount(scene.model.index(0, 0)), 0);
         for (int column = 0; column < LayerModel::columns; ++column) {
@@ -95,28 +97,28 @@ private Q_SLOTS:
         const QPersistentModelIndex filteredHead = scene.filtered.index(2, LayerModel::nameColumn);
         LayerEdits edits(scene.document);
         edits.add(0);
-        QCOMPARE(scene.names(), QString("Layer arm leg head"));
+        QCOMPARE(scene.shownNames(), QString("Layer arm leg head"));
         QCOMPARE(leg.row(), 2);
         edits.move({0, 1}, 4);
-        QCOMPARE(scene.names(), QString("leg head Layer arm"));
+        QCOMPARE(scene.shownNames(), QString("leg head Layer arm"));
         QCOMPARE(leg.row(), 0);
         edits.move({3}, 0);
-        QCOMPARE(scene.names(), QString("arm leg head Layer"));
+        QCOMPARE(scene.shownNames(), QString("arm leg head Layer"));
         QCOMPARE(leg.row(), 1);
         QCOMPARE(filteredHead.row(), 2);
         QCOMPARE(filteredHead.data().toString(), QString("head"));
         edits.remove({1});
         QVERIFY(!leg.isValid());
         edits.duplicate({0, 1});
-        QCOMPARE(scene.names(), QString("arm arm 2 head head 2 Layer"));
+        QCOMPARE(scene.shownNames(), QString("arm arm 2 head head 2 Layer"));
         while (scene.history().canUndo()) {
             scene.history().undo();
         }
-        QCOMPARE(scene.names(), QString("arm leg head"));
+        QCOMPARE(scene.shownNames(), QString("arm leg head"));
         while (scene.history().canRedo()) {
             scene.history().redo();
         }
-        QCOMPARE(scene.names(), QString("arm arm 2 head head 2 Layer"));
+        QCOMPARE(scene.shownNames(), QString("arm arm 2 head head 2 Layer"));
         QCOMPARE(scene.filtered.rowCount(), 5);
     }
 
@@ -125,7 +127,7 @@ private Q_SLOTS:
         QSignalSpy reset(&scene.model, &QAbstractItemModel::modelReset);
         scene.document.replace(EditorScene::animationOf({"a", "b", "c", "d"}), QString());
         QCOMPARE(reset.count(), 1);
-        QCOMPARE(scene.names(), QString("a b c d"));
+        QCOMPARE(scene.shownNames(), QString("a b c d"));
         QCOMPARE(scene.filtered.rowCount(), 4);
     }
 
@@ -133,11 +135,68 @@ private Q_SLOTS:
         Scene scene;
         QVERIFY(scene.model.flags(scene.model.index(0, LayerModel::nameColumn)) & Qt::ItemIsEditable);
         checkEdit(scene, [&scene] { QVERIFY(scene.set(0, LayerModel::nameColumn, "shoulder")); });
-        QCOMPARE(scene.names(), QString("shoulder leg head"));
-        checkNothingHappens(scene, [&scene] {
-            QVERIFY(!scene.set(0, LayerModel::nameColumn, ""));
-            QVERIFY(scene.set(0, LayerModel::nameColumn, "shoulder"));
-        });
+        QCOMPARE(scene.shownNames(), QString("shoulder leg head"));
+        checkNothingHappens(scene, [&scene] { QVERIFY(scene.set(0, LayerModel::nameColumn, "shoulder")); });
+    }
+
+    void aNameThatAFileCannotHoldIsRefusedWithAReason_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("why");
+        QTest::newRow("none") << QString("") << QString("A layer needs a name.");
+        QTest::newRow("a control character")
+            << QString("a\x01z") << QString("The name holds the character U+0001, which XML cannot hold.");
+        QTest::newRow("nothing in the middle")
+            << QString("a") + QChar(0)
+            << QString("The name holds the character U+0000, which XML cannot hold.");
+        QTest::newRow("half a character")
+            << QString(QChar(0xd83d)) + "z" << QString("The name holds half of a character.");
+        QTest::newRow("the other half")
+            << QString(QChar(0xde00)) << QString("The name holds half of a character.");
+        QTest::newRow("no character")
+            << QString(QChar(0xffff))
+            << QString("The name holds the character U+FFFF, which XML cannot hold.");
+    }
+    void aNameThatAFileCannotHoldIsRefusedWithAReason() {
+        QFETCH(QString, name);
+        QFETCH(QString, why);
+        Scene scene;
+        const QSignalSpy spy(&scene.model, &LayerModel::refused);
+        checkNothingHappens(scene, [&] { QVERIFY(!scene.set(0, LayerModel::nameColumn, name)); });
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), "Not renamed: " + why);
+        QCOMPARE(scene.shownNames(), QString("arm leg head"));
+    }
+
+    void aNameThatIsAcceptedComesBackFromAFile_data() {
+        QTest::addColumn<QString>("name");
+        QTest::newRow("blanks around") << QString("  a  b ");
+        QTest::newRow("only a blank") << QString(" ");
+        QTest::newRow("lines") << QString("a\nb\tc\r\nd\r");
+        QTest::newRow("marks of XML") << QString("<a & \"b\" 'c'>");
+        QTest::newRow("a whole character of two halves") << QString::fromUtf8("\xf0\x9f\x98\x80");
+        QTest::newRow("other alphabets") << QString::fromUtf8("\xc3\xa9 \xe6\x89\x8b");
+    }
+    void aNameThatIsAcceptedComesBackFromAFile() {
+        QFETCH(QString, name);
+        Scene scene;
+        QVERIFY(scene.set(0, LayerModel::nameColumn, name));
+        std::istringstream file(scene.tree());
+        ZT::EditableAnimation read;
+        QVERIFY(read.deserialize(VQ::Animation::readAnimationXml(file)));
+        QCOMPARE(read[0]->getActuatorName(), name);
+    }
+
+    void anEditThatFailsChangesNothingAndIsSaid() {
+        Scene scene;
+        const QSignalSpy spy(&scene.model, &LayerModel::refused);
+        const auto failing =
+            QObject::connect(scene.document.layer(0), &ZT::EditableAnimationLayer::muteChanged,
+                             [] { throw std::runtime_error("no room"); });
+        checkNothingHappens(scene, [&] { QVERIFY(!scene.check(0, LayerModel::muteColumn, true)); });
+        QObject::disconnect(failing);
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(), QString("Not done: no room."));
+        QVERIFY(!scene.isChecked(0, LayerModel::muteColumn));
     }
 
     void checkBoxesShowMuteAndLock_data() {
@@ -241,11 +300,11 @@ private Q_SLOTS:
         checkEdit(scene, [&scene] {
             QVERIFY(scene.model.dropMimeData(scene.drag({3, 0}).get(), Qt::MoveAction, 2, 0, {}));
         });
-        QCOMPARE(scene.names(), QString("b a d c e"));
+        QCOMPARE(scene.shownNames(), QString("b a d c e"));
         checkEdit(scene, [&scene] { // On the ground below the rows.
             QVERIFY(scene.model.dropMimeData(scene.drag({0}).get(), Qt::MoveAction, -1, -1, {}));
         });
-        QCOMPARE(scene.names(), QString("a d c e b"));
+        QCOMPARE(scene.shownNames(), QString("a d c e b"));
         QVERIFY(scene.model.flags({}) & Qt::ItemIsDropEnabled);
         QVERIFY(!(scene.model.flags(scene.model.index(0, 0)) & Qt::ItemIsDropEnabled));
         QVERIFY(scene.model.flags(scene.model.index(0, 0)) & Qt::ItemIsDragEnabled);

@@ -1,22 +1,12 @@
 #include "layers/LayerPanel.h"
 
 #include "layers/LayerEdits.h"
-#include "layers/LayerModel.h"
-#include "model/AnimationMarkers.h"
-#include "tests/editor/support/Scene.h"
+#include "tests/editor/support/LayerPanelScene.h"
 
-#include <QAbstractItemModelTester>
-#include <QAction>
 #include <QApplication>
 #include <QColorDialog>
-#include <QDropEvent>
-#include <QLayout>
-#include <QLineEdit>
-#include <QMimeData>
 #include <QSignalSpy>
-#include <QTableView>
 #include <QTimer>
-#include <QToolButton>
 
 using Editor::LayerEdits;
 using Editor::LayerModel;
@@ -25,72 +15,6 @@ using EditorScene::checkEdit;
 using EditorScene::checkNothingHappens;
 
 namespace {
-
-class Scene : public EditorScene::Scene {
-public:
-    explicit Scene(const QStringList& names = {"arm", "leg", "head"})
-        : EditorScene::Scene(names)
-        , panel(document) {
-        panel.resize(420, 400);
-        panel.show();
-        panel.layout()->activate();
-    }
-
-    QTableView& table() { return *panel.findChild<QTableView*>(); }
-    QLineEdit& filter() { return *panel.findChild<QLineEdit*>(QString(), Qt::FindDirectChildrenOnly); }
-    QAction* action(const QString& text) {
-        for (QAction* const each : panel.actions()) {
-            if (each->text() == text) {
-                return each;
-            }
-        }
-        return nullptr;
-    }
-    QToolButton* button(const QString& accessibleName) {
-        for (QToolButton* const each : panel.findChildren<QToolButton*>()) {
-            if (each->accessibleName() == accessibleName) {
-                return each;
-            }
-        }
-        return nullptr;
-    }
-    QModelIndex cell(int row, int column) { return table().model()->index(row, column); }
-    QPoint at(int row, int column) { return table().visualRect(cell(row, column)).center(); }
-    void click(int row, int column, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::mouseClick(table().viewport(), Qt::LeftButton, modifiers, at(row, column));
-    }
-    void doubleClick(int row, int column) {
-        QTest::mouseClick(table().viewport(), Qt::LeftButton, {}, at(row, column));
-        QTest::mouseDClick(table().viewport(), Qt::LeftButton, {}, at(row, column));
-    }
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-        QTest::keyClick(&table(), key, modifiers);
-    }
-    QString shownNames() {
-        QStringList texts;
-        for (int row = 0; row < table().model()->rowCount(); ++row) {
-            texts.append(cell(row, LayerModel::nameColumn).data().toString());
-        }
-        return texts.join(' ');
-    }
-    QString names() {
-        QStringList texts;
-        for (const ZT::EditableAnimationLayer* const layer : document.animation()) {
-            texts.append(layer->getActuatorName());
-        }
-        return texts.join(' ');
-    }
-    QString selectedNames() {
-        QStringList texts;
-        for (const QModelIndex& row : table().selectionModel()->selectedRows(LayerModel::nameColumn)) {
-            texts.append(row.data().toString());
-        }
-        texts.sort();
-        return texts.join(' ');
-    }
-
-    LayerPanel panel;
-};
 
 /// Answers the colour dialog that comes up next.
 void answerColourDialog(const QColor& colour, bool isAccepted, bool* wasShown) {
@@ -111,7 +35,7 @@ class LayerPanelTest : public QObject {
 
 private Q_SLOTS:
     void typingInTheFilterShowsTheLayersOfThatName() {
-        Scene scene({"Left arm", "left leg", "head"});
+        LayerPanelScene scene({"Left arm", "left leg", "head"});
         QTest::keyClicks(&scene.filter(), "LEFT");
         QCOMPARE(scene.shownNames(), QString("Left arm left leg"));
         QTest::keyClicks(&scene.filter(), " l");
@@ -123,7 +47,7 @@ private Q_SLOTS:
     }
 
     void aClickMakesALayerTheCurrentOne() {
-        Scene scene;
+        LayerPanelScene scene;
         QSignalSpy spy(&scene.panel, &LayerPanel::currentLayerChanged);
         QCOMPARE(scene.panel.currentLayer(), -1);
         scene.click(1, LayerModel::nameColumn);
@@ -146,7 +70,7 @@ private Q_SLOTS:
     }
 
     void theCurrentLayersNewPlaceIsAnnounced() {
-        Scene scene;
+        LayerPanelScene scene;
         scene.panel.setCurrentLayer(1);
         QSignalSpy spy(&scene.panel, &LayerPanel::currentLayerChanged);
         LayerEdits(scene.document).add(0);
@@ -161,7 +85,7 @@ private Q_SLOTS:
     }
 
     void underAFilterLayersKeepTheirNumbers() {
-        Scene scene;
+        LayerPanelScene scene;
         QTest::keyClicks(&scene.filter(), "head");
         scene.click(0, LayerModel::nameColumn);
         QCOMPARE(scene.panel.currentLayer(), 2);
@@ -171,7 +95,7 @@ private Q_SLOTS:
     }
 
     void aDoubleClickEditsTheNameInPlace() {
-        Scene scene;
+        LayerPanelScene scene;
         checkEdit(scene, [&scene] {
             scene.doubleClick(1, LayerModel::nameColumn);
             auto* const editor = scene.table().findChild<QLineEdit*>();
@@ -184,8 +108,24 @@ private Q_SLOTS:
         QCOMPARE(scene.names(), QString("arm knee head"));
     }
 
+    void aNameThatAFileCannotHoldIsNotTaken() {
+        LayerPanelScene scene;
+        const QSignalSpy spy(&scene.panel, &LayerPanel::refused);
+        checkNothingHappens(scene, [&scene] {
+            scene.doubleClick(1, LayerModel::nameColumn);
+            auto* const editor = scene.table().findChild<QLineEdit*>();
+            QVERIFY(editor != nullptr);
+            editor->setText("knee\x01"); // As it may be pasted.
+            QTest::keyClick(editor, Qt::Key_Return);
+            QCoreApplication::processEvents();
+        });
+        QCOMPARE(spy.count(), 1);
+        QCOMPARE(spy.at(0).at(0).toString(),
+                 QString("Not renamed: The name holds the character U+0001, which XML cannot hold."));
+    }
+
     void escapeInTheNameKeepsIt() {
-        Scene scene;
+        LayerPanelScene scene;
         checkNothingHappens(scene, [&scene] {
             scene.panel.setCurrentLayer(1);
             scene.press(Qt::Key_F2);
@@ -205,7 +145,7 @@ private Q_SLOTS:
     }
     void checkBoxesAreClicked() {
         QFETCH(int, column);
-        Scene scene;
+        LayerPanelScene scene;
         const QVariant before = scene.cell(1, column).data(Qt::CheckStateRole);
         const auto picture = [&] {
             return scene.table().viewport()->grab(scene.table().visualRect(scene.cell(1, column))).toImage();
@@ -220,7 +160,7 @@ private Q_SLOTS:
     }
 
     void aRightClickTogglesNothing() {
-        Scene scene;
+        LayerPanelScene scene;
         checkNothingHappens(scene, [&scene] {
             QTest::mouseClick(scene.table().viewport(), Qt::RightButton, {},
                               scene.at(1, LayerModel::muteColumn));
@@ -228,7 +168,7 @@ private Q_SLOTS:
     }
 
     void nameAndValueFitIntoTheNarrowestPanel() {
-        Scene scene;
+        LayerPanelScene scene;
         scene.panel.resize(scene.panel.minimumSizeHint());
         const QFontMetrics font = scene.table().fontMetrics();
         QVERIFY(scene.table().columnWidth(LayerModel::nameColumn) >= 8 * font.averageCharWidth());
@@ -237,7 +177,7 @@ private Q_SLOTS:
     }
 
     void theKeyboardReachesEveryCell() {
-        Scene scene;
+        LayerPanelScene scene;
         scene.panel.setCurrentLayer(1); // Its name.
         checkEdit(scene, [&scene] {
             scene.press(Qt::Key_Right);
@@ -259,7 +199,7 @@ private Q_SLOTS:
     }
 
     void aDoubleClickOnTheColourAsksForAnother() {
-        Scene scene;
+        LayerPanelScene scene;
         bool wasShown = false;
         checkEdit(scene, [&] {
             answerColourDialog(QColor(10, 200, 30), true, &wasShown);
@@ -275,119 +215,8 @@ private Q_SLOTS:
         QVERIFY(wasShown);
     }
 
-    void theButtonsAddDuplicateAndRemove() {
-        Scene scene;
-        scene.add(0, {3, 8});
-        scene.panel.setCurrentLayer(0);
-        checkEdit(scene, [&scene] {
-            QTest::mouseClick(scene.button("Duplicate layer"), Qt::LeftButton);
-            QCOMPARE(scene.selectedNames(), QString("arm 2"));
-            QCOMPARE(scene.panel.currentLayer(), 1);
-        });
-        QCOMPARE(scene.names(), QString("arm arm 2 leg head"));
-        scene.panel.setCurrentLayer(1);
-        checkEdit(scene, [&scene] {
-            QTest::mouseClick(scene.button("Add layer"), Qt::LeftButton);
-            QCOMPARE(scene.selectedNames(), QString("Layer"));
-        });
-        QCOMPARE(scene.names(), QString("arm arm 2 Layer leg head"));
-        scene.panel.setCurrentLayer(2);
-        checkEdit(scene, [&scene] {
-            QTest::mouseClick(scene.button("Remove layer"), Qt::LeftButton);
-            QVERIFY(scene.button("Remove layer")->isEnabled()); // For the next one.
-            QVERIFY(!scene.selectedNames().isEmpty());
-        });
-        QCOMPARE(scene.names(), QString("arm arm 2 leg head"));
-    }
-
-    void whatNeedsALayerIsDisabledWithoutOne() {
-        Scene scene(QStringList{});
-        QVERIFY(scene.button("Add layer")->isEnabled());
-        QVERIFY(!scene.button("Remove layer")->isEnabled());
-        QVERIFY(!scene.button("Duplicate layer")->isEnabled());
-        QVERIFY(!scene.action("Select keys")->isEnabled());
-        checkNothingHappens(scene, [&scene] { // As a menu elsewhere might.
-            scene.panel.duplicateLayer();
-            scene.panel.removeLayer();
-            scene.panel.moveLayersUp();
-            scene.panel.moveLayersDown();
-            scene.panel.selectKeys();
-            scene.panel.chooseColour();
-        });
-        scene.panel.addLayer();
-        QVERIFY(scene.button("Remove layer")->isEnabled());
-        scene.panel.removeLayer();
-        QVERIFY(!scene.button("Remove layer")->isEnabled());
-    }
-
-    void severalLayersAreRemovedAsOneEntry() {
-        Scene scene({"a", "b", "c", "d"});
-        scene.click(0, LayerModel::nameColumn);
-        scene.click(2, LayerModel::nameColumn, Qt::ControlModifier);
-        QCOMPARE(scene.selectedNames(), QString("a c"));
-        checkEdit(scene, [&scene] { scene.action("Remove layer")->trigger(); });
-        QCOMPARE(scene.names(), QString("b d"));
-    }
-
-    void altAndArrowsMoveTheSelectedLayers() {
-        Scene scene({"a", "b", "c", "d"});
-        scene.panel.activateWindow();
-        scene.table().setFocus();
-        QVERIFY(QTest::qWaitForWindowActive(&scene.panel));
-        scene.click(0, LayerModel::nameColumn);
-        scene.click(1, LayerModel::nameColumn, Qt::ShiftModifier);
-        checkEdit(scene, [&scene] { scene.press(Qt::Key_Down, Qt::AltModifier); });
-        QCOMPARE(scene.names(), QString("c a b d"));
-        QCOMPARE(scene.selectedNames(), QString("a b"));
-        checkEdit(scene, [&scene] { scene.press(Qt::Key_Down, Qt::AltModifier); });
-        QCOMPARE(scene.names(), QString("c d a b"));
-        checkNothingHappens(scene, [&scene] { scene.press(Qt::Key_Down, Qt::AltModifier); });
-        checkEdit(scene, [&scene] { scene.press(Qt::Key_Up, Qt::AltModifier); });
-        QCOMPARE(scene.names(), QString("c a b d"));
-        QCOMPARE(scene.selectedNames(), QString("a b"));
-    }
-
-    void rowsAreDraggedToAnotherPlace() {
-        Scene scene({"a", "b", "c", "d"});
-        const QModelIndexList dragged{scene.cell(0, LayerModel::nameColumn)};
-        const std::unique_ptr<QMimeData> data(scene.table().model()->mimeData(dragged));
-        checkEdit(scene, [&] {
-            const QRect row = scene.table().visualRect(scene.cell(2, LayerModel::nameColumn));
-            const QPoint point(row.center().x(), row.bottom() - 1); // Below "c".
-            QDragEnterEvent enter(point, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(scene.table().viewport(), &enter);
-            QDragMoveEvent move(point, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(scene.table().viewport(), &move);
-            QVERIFY(move.isAccepted());
-            QDropEvent drop(point, Qt::MoveAction, data.get(), Qt::LeftButton, Qt::NoModifier);
-            QApplication::sendEvent(scene.table().viewport(), &drop);
-            QVERIFY(drop.isAccepted());
-        });
-        QCOMPARE(scene.names(), QString("b c a d"));
-    }
-
-    void underAFilterRowsAreDroppedBesideTheRowsThatAreShown() {
-        Scene scene({"a 1", "b", "a 2", "c", "a 3"});
-        QTest::keyClicks(&scene.filter(), "a");
-        QAbstractItemModel& model = *scene.table().model();
-        const std::unique_ptr<QMimeData> data(model.mimeData({model.index(2, 0)}));
-        checkEdit(scene, [&] { QVERIFY(model.dropMimeData(data.get(), Qt::MoveAction, 1, 0, {})); });
-        QCOMPARE(scene.names(), QString("a 1 b a 3 a 2 c"));
-    }
-
-    void theContextMenuSelectsTheLayersKeys() {
-        Scene scene;
-        const EditorScene::Keys arm = scene.add(0, {1, 2});
-        scene.add(1, {3});
-        scene.panel.setCurrentLayer(0);
-        QVERIFY(scene.table().actions().contains(scene.action("Select keys")));
-        QCOMPARE(scene.table().contextMenuPolicy(), Qt::ActionsContextMenu);
-        scene.action("Select keys")->trigger();
-        QCOMPARE(scene.document.selection().keys(), arm);
-    }
-
     void tabLeavesTheTable() {
-        Scene scene;
+        LayerPanelScene scene;
         scene.panel.activateWindow();
         scene.table().setFocus();
         QVERIFY(QTest::qWaitForWindowActive(&scene.panel));
@@ -397,7 +226,7 @@ private Q_SLOTS:
     }
 
     void whatIsShownHasANameForThoseWhoDoNotSeeIt() {
-        Scene scene;
+        LayerPanelScene scene;
         QVERIFY(!scene.table().accessibleName().isEmpty());
         QVERIFY(!scene.filter().accessibleName().isEmpty());
         for (const QToolButton* const button : scene.panel.findChildren<QToolButton*>()) {

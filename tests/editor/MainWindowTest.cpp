@@ -54,6 +54,7 @@ private Q_SLOTS:
     void otherThingsAreNotTakenFromADrag();
     void closingAsksAboutUnsavedWork();
     void closedWithoutSavingItLeavesNoCopy();
+    void noCopyIsWrittenDuringADrag();
     void theWindowComesBackWhereItWas();
     void allViewsShowTheSameCurrentLayer();
     void severalLayersStaySelectedInThePanel();
@@ -124,10 +125,23 @@ void MainWindowTest::closedWithoutSavingItLeavesNoCopy() {
     scene.window.session().open(path);
     TwoLayers::select(scene.document(), 10);
     scene.action("delete").trigger();
-    QTRY_VERIFY(QFile::exists(Editor::Autosave::copyOf(path)));
+    QTRY_VERIFY(QFile::exists(Editor::CrashCopy::pathOf(path)));
     scene.dialogs.unsaved = Unsaved::discard;
     QVERIFY(scene.window.close());
-    QVERIFY(!QFile::exists(Editor::Autosave::copyOf(path)));
+    QVERIFY(!QFile::exists(Editor::CrashCopy::pathOf(path)));
+}
+
+void MainWindowTest::noCopyIsWrittenDuringADrag() {
+    WindowScene scene;
+    const QString path = saveFile(scene, "arm.xml");
+    scene.window.session().open(path);
+    TwoLayers::select(scene.document(), 10);
+    scene.workspace.drag.begin(Editor::dragKeys(scene.document().selection().keys()));
+    scene.workspace.drag.moveTo({1.0, 0.0});
+    QTest::qWait(2 * Editor::Autosave::delay);
+    QVERIFY(!QFile::exists(Editor::CrashCopy::pathOf(path)));
+    scene.workspace.drag.finish();
+    QTRY_VERIFY(QFile::exists(Editor::CrashCopy::pathOf(path)));
 }
 
 void MainWindowTest::theWindowComesBackWhereItWas() {

@@ -1,3 +1,4 @@
+#include "document/RangeDrags.h"
 #include "tests/editor/support/Gesture.h"
 
 #include <limits>

@@ -11,8 +11,9 @@ public:
     QString savePath;
     QString picturePath;
     Unsaved unsaved = Unsaved::cancel;
-    bool recover = false;
-    QStringList asked; ///< "open", "save near/file.xml", "picture", "unsaved name", "recover name"
+    Recovery recovery = Recovery::later;
+    QList<LeftBehind> leftBehind; ///< what was asked about
+    QStringList asked;            ///< "open", "save near/file.xml", "picture", "unsaved name", "recover name"
     QStringList problems;
 
     QString askOpenPath(const QString& /*near*/) override {
@@ -31,9 +32,10 @@ public:
         asked.append("unsaved " + name);
         return unsaved;
     }
-    bool askRecover(const QString& name) override {
-        asked.append("recover " + name);
-        return recover;
+    Recovery askRecovery(const LeftBehind& work) override {
+        asked.append("recover " + work.name);
+        leftBehind.append(work);
+        return recovery;
     }
     void showProblem(const QString& title, const QString& reason) override {
         problems.append(title + '\n' + reason);

@@ -58,6 +58,25 @@ private Q_SLOTS:
         QCOMPARE(colourAt(scene, scene.inRow(0, 50022)), scene.view.palette().color(QPalette::Highlight));
     }
 
+    void theSummaryShowsTheSelectedKeysOfAnyLayer() {
+        TimelineScene scene;
+        scene.axis->show(10.0, 10.5); // Frame 10 alone, where each layer has a key.
+        const QColor highlight = scene.view.palette().color(QPalette::Highlight);
+        const QColor usual = colourAt(scene, scene.onSummary(10));
+        QVERIFY(usual != highlight && usual != colourAt(scene, scene.onSummary(10.3)));
+        for (const int layer : {2, 1, 0}) {
+            scene.document.selection().set({scene.key(layer, 10)});
+            QCOMPARE(colourAt(scene, scene.onSummary(10)), highlight);
+        }
+        for (const int layer : {0, 1}) { // Keys that may not be edited are covered by any that may.
+            scene.document.selection().clear();
+            scene.lock(layer);
+            QCOMPARE(colourAt(scene, scene.onSummary(10)), usual);
+        }
+        scene.lock(2);
+        QVERIFY(colourAt(scene, scene.onSummary(10)) != usual);
+    }
+
     void keysOfLockedLayersAreHollow() {
         TimelineScene scene;
         scene.lock(0);

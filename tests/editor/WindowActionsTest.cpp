@@ -62,10 +62,9 @@ private Q_SLOTS:
     void aTypeIsGivenToBothSidesOrToOne_data();
     void aTypeIsGivenToBothSidesOrToOne();
     void aTypeThatAllKeysHaveLeavesNoEntryAndItsMark();
-    void checkMarksSayWhatAllSelectedKeysAre();
-    void keysOfDifferentSmoothnessShowAsMixedAndBecomeSmooth();
     void pastedKeysStandAtTheCurrentFrame();
     void aRefusedPasteIsSaidAndChangesNothing();
+    void keysThatArePushedAsideAreSaidToBe();
     void aKeyIsInsertedIntoTheCurrentLayerAtTheCurrentFrame();
     void noKeyIsInsertedWhereOneStandsOrTheLayerIsLocked();
     void theSelectionCanBeMadeWholeAndInverted();
@@ -156,41 +155,19 @@ void WindowActionsTest::aTypeThatAllKeysHaveLeavesNoEntryAndItsMark() {
     QCOMPARE(scene.history().count(), 0);
 }
 
-void WindowActionsTest::checkMarksSayWhatAllSelectedKeysAre() {
+void WindowActionsTest::keysThatArePushedAsideAreSaidToBe() {
     WindowScene scene;
-    TwoLayers::select(scene.document(), 20);
-    QTRY_VERIFY(scene.action("typeBezier").isChecked());
-    QVERIFY(scene.action("leftTypeBezier").isChecked());
-    QVERIFY(!scene.action("typeLinear").isChecked());
-    scene.action("leftTypeLinear").trigger();
-    QVERIFY(!scene.action("typeBezier").isChecked());
-    QVERIFY(scene.action("leftTypeLinear").isChecked());
-    QVERIFY(scene.action("rightTypeBezier").isChecked());
-    TwoLayers::select(scene.document(), 10); // a differs from b on both sides.
-    QTRY_VERIFY(!scene.action("leftTypeLinear").isChecked());
-    for (const char* const name :
-         {"leftTypeConstant", "rightTypeBezier", "rightTypeBezierAuto", "typeConstant"}) {
-        QVERIFY2(!scene.action(name).isChecked(), name);
-    }
-}
-
-void WindowActionsTest::keysOfDifferentSmoothnessShowAsMixedAndBecomeSmooth() {
-    WindowScene scene;
-    key(scene.document(), 0, 20)->setSmooth(true);
-    TwoLayers::select(scene.document(), 20);
-    QAction& smooth = scene.action("smooth");
-    QTRY_VERIFY(smooth.text().contains("mixed"));
-    QVERIFY(!smooth.isChecked());
-    smooth.trigger();
-    QVERIFY(key(scene.document(), 0, 20)->isSmooth());
-    QVERIFY(key(scene.document(), 1, 20)->isSmooth());
-    QVERIFY(smooth.isChecked());
-    QVERIFY(!smooth.text().contains("mixed"));
-    QCOMPARE(scene.history().count(), 1);
-    smooth.trigger();
-    QVERIFY(!key(scene.document(), 0, 20)->isSmooth());
-    QVERIFY(!smooth.isChecked());
-    QVERIFY(!scene.action("symmetrical").text().contains("mixed"));
+    scene.document().selection().selectAll();
+    scene.action("copy").trigger();
+    scene.document().markers().setSelectedIndex(20);
+    scene.action("paste").trigger(); // 0, 10, 20 and 40 to 20, 30, 40 and 60.
+    QCOMPARE(scene.window.status().text(), QString("4 key(s) stood there and were replaced."));
+    scene.document().selection().set({key(scene.document(), 0, 10), key(scene.document(), 0, 20)});
+    scene.action("duplicate").trigger(); // To 21 and 31.
+    scene.document().selection().set({key(scene.document(), 0, 10), key(scene.document(), 0, 20)});
+    scene.action("duplicate").trigger();
+    QCOMPARE(scene.window.status().text(), QString("2 key(s) stood there and were replaced."));
+    QCOMPARE(scene.history().count(), 3);
 }
 
 void WindowActionsTest::pastedKeysStandAtTheCurrentFrame() {
@@ -357,12 +334,13 @@ void WindowActionsTest::lettersTypeWhereTextIsTyped() {
 
 void WindowActionsTest::menusAreThere() {
     WindowScene scene;
-    QCOMPARE(menuTitles(scene.window), (QStringList{"File", "Edit", "Key", "Layer", "View", "Playback"}));
+    QCOMPARE(menuTitles(scene.window),
+             (QStringList{"File", "Edit", "Key", "Range", "Layer", "View", "Playback"}));
 }
 
 void WindowActionsTest::layersAreEditedFromTheirMenu() {
     WindowScene scene;
-    const QList<QAction*> commands = commandsIn(*scene.window.menuBar()->actions().at(3)->menu());
+    const QList<QAction*> commands = commandsIn(*scene.window.menuBar()->actions().at(4)->menu());
     QVERIFY(!commands.isEmpty());
     const QString before = scene.state();
     commands.first()->trigger(); // Adds one.

@@ -22,6 +22,11 @@ public:
         QCoreApplication::processEvents(); // Everything finds its place.
     }
 
+    /// No copy of its work stays.
+    ~WindowScene() { window.session().leave(); }
+    WindowScene(const WindowScene&) = delete;
+    WindowScene& operator=(const WindowScene&) = delete;
+
     /// The command of that name; the test fails where there is none.
     QAction& action(const char* name) {
         auto* const found = window.findChild<QAction*>(name);
@@ -41,7 +46,7 @@ public:
     }
 
     Editor::Document& document() { return workspace.document; }
-    QUndoStack& history() { return workspace.document.history(); }
+    Editor::History& history() { return workspace.document.history(); }
     QString state() const { return Snapshot::of(std::as_const(workspace.document).animation()); }
 
     QTemporaryDir directory;

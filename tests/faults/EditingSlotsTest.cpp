@@ -1,10 +1,16 @@
+#include "commands/MoveCurveKeysCommand.h"
 #include "model/EditableMotionCurveExceptions.h"
 #include "tests/faults/FaultOperations.h"
 
 #include <QtTest>
 
+#include <algorithm>
+#include <functional>
+#include <limits>
 #include <memory>
 #include <random>
+#include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -112,6 +118,9 @@ private Q_SLOTS:
     void aKeyThatASlotPlacesBeforeItsTurnStaysThere();
     void aKeyThatASlotMovesWhenItIsAboutToLeaveStays();
     void aFrameThatASlotFillsIsRefusedToTheKeyThatWasToTakeIt();
+    void aKeyWhoseFrameASlotFillsBeforeItIsPutBackStandsBehindTheLast();
+    void aKeyThatIsPutBackBehindTheLastPossibleFrameTakesTheFirstFreeOne();
+    void aKeyWhoseWayBackASlotBlocksStaysInTheCurveWhenADragIsUndone();
 };
 
 void EditingSlotsTest::whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner_data() {
@@ -181,6 +190,67 @@ void EditingSlotsTest::aFrameThatASlotFillsIsRefusedToTheKeyThatWasToTakeIt() {
     QVERIFY_EXCEPTION_THROWN(curve.insert(8, scene.key(8)), std::invalid_argument);
     QCOMPARE(curve.getKey(8), scene.key(0));
     QCOMPARE(scene.key(8)->getParentCurve(), nullptr);
+    QCOMPARE(scene.fault(), QString());
+}
+
+// It was on its way to the caller, who gets an exception instead.
+void EditingSlotsTest::aKeyWhoseFrameASlotFillsBeforeItIsPutBackStandsBehindTheLast() {
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    bool isFirst = true;
+    connect(&curve, &Curve::greaterIndexChanged, [&] {
+        if (std::exchange(isFirst, false)) {
+            curve.insert(8, scene.key(8));
+            throw std::runtime_error("a slot's");
+        }
+    });
+    QVERIFY_EXCEPTION_THROWN(curve.release(8), std::runtime_error);
+    QCOMPARE(curve.getKey(8), scene.key(8));
+    QCOMPARE(curve.getKey(9), scene.key(3));
+    QCOMPARE(scene.fault(), QString());
+}
+
+void EditingSlotsTest::aKeyThatIsPutBackBehindTheLastPossibleFrameTakesTheFirstFreeOne() {
+    constexpr unsigned int last = std::numeric_limits<unsigned int>::max();
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    curve.translateKey(scene.key(0), 0);
+    curve.translateKey(scene.key(3), last);
+    bool isFirst = true;
+    connect(&curve, &Curve::greaterIndexChanged, [&] {
+        if (std::exchange(isFirst, false)) {
+            curve.insert(last, scene.key(8));
+            throw std::runtime_error("a slot's");
+        }
+    });
+    QVERIFY_EXCEPTION_THROWN(curve.release(last), std::runtime_error);
+    QCOMPARE(curve.getKey(last), scene.key(8));
+    QCOMPARE(curve.getKey(1), scene.key(3));
+    QCOMPARE(scene.fault(), QString());
+}
+
+void EditingSlotsTest::aKeyWhoseWayBackASlotBlocksStaysInTheCurveWhenADragIsUndone() {
+    using ZT::AnimCmd::MoveCurveKeysCommand;
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    Key* const one = scene.key(0);   // at 2
+    Key* const other = scene.key(1); // at 4
+    MoveCurveKeysCommand drag({{one, QPointF(10.0, 0.0)}, {other, QPointF(2.0, 0.0)}}, false);
+    drag.redo();
+    drag.redo(); // The frame that the one has left is free for the other.
+    MoveCurveKeysCommand step({{one, QPointF(4.0, 0.0)}, {other, QPointF(2.0, 0.0)}}, false);
+    step.redo();
+    QVERIFY(drag.mergeWith(&step));
+    QCOMPARE(curve.getKey(4), one);
+    QCOMPARE(curve.getKey(2), other);
+
+    Key* const placedFirst = std::min(one, other, std::less<>());
+    Key* const placedSecond = std::max(one, other, std::less<>());
+    const unsigned int wayBack = placedSecond == one ? 2 : 4;
+    connect(placedFirst, &Key::indexChanged, [&] { curve.insert(wayBack, scene.key(8)); });
+    drag.undo();
+    QCOMPARE(curve.getKey(wayBack), scene.key(8));
+    QCOMPARE(curve.getIndexOf(placedSecond), 9U);
     QCOMPARE(scene.fault(), QString());
 }
 

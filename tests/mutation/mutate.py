@@ -110,8 +110,7 @@ class Run:
                 if not self._waiting:
                     return
                 portion = self._waiting.popleft()
-            with open(os.path.join(PROJECT, portion[0].file), encoding="utf-8") as source:
-                text = source.read()
+            text = tree.read(portion[0].file)
             for mutant in portion:
                 tree.write(mutant.file, mutant.apply(text))
                 verdict = self._judge.judge(tree, mutant)

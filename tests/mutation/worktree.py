@@ -129,6 +129,10 @@ class Worktree:
             return "hung"
         return "passed" if code == 0 else "crashed" if code < 0 else "failed"
 
+    def read(self, file):
+        with open(os.path.join(self.source, file), encoding="utf-8") as source:
+            return source.read()
+
     def write(self, file, text):
         with open(os.path.join(self.source, file), "w", encoding="utf-8") as target:
             target.write(text)

@@ -55,9 +55,17 @@ public:
         document.replace(animationOf(names), QString());
     }
 
-    QUndoStack& history() { return document.history(); }
+    Editor::History& history() { return document.history(); }
     ZT::AnimationMarkers& markers() { return document.markers(); }
     Curve& curve(int layer = 0) { return *document.layer(layer)->getCurve(); }
+    /// Of the layers, in their order.
+    QString names() {
+        QStringList texts;
+        for (const ZT::EditableAnimationLayer* const layer : document.animation()) {
+            texts.append(layer->getActuatorName());
+        }
+        return texts.join(' ');
+    }
     QString frames(int layer = 0) { return Snapshot::frames(curve(layer)); }
     DocumentState state() { return DocumentState(document); }
     /// What is other than it was; empty where nothing is.
