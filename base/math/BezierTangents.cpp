@@ -1,5 +1,7 @@
 #include "base/math/BezierTangents.h"
 
+#include "base/math/Narrowing.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -22,13 +24,8 @@ double limitedSlope(double dx1, double dx2, double dy1, double dy2) noexcept {
         return 0.0;
     }
     const double steepest = 3.0 * std::min(std::abs(dy1 / dx1), std::abs(dy2 / dx2));
-    return std::clamp((dy1 + dy2) / (dx1 + dx2), -steepest, steepest);
-}
-
-// Rounding must not carry the end of a handle past the neighbour's value.
-float heightOf(double slope, double dx, float dy) noexcept {
-    const double height = slope * dx / 3.0;
-    return static_cast<float>(std::clamp(height, std::min(0.0, double{dy}), std::max(0.0, double{dy})));
+    const double mean = (dy1 + dy2) / (dx1 + dx2);
+    return rising ? std::min(mean, steepest) : std::max(mean, -steepest);
 }
 
 } // namespace
@@ -40,9 +37,10 @@ std::pair<Position2D, Position2D> computeBezierKeyTangents(float dxPrevious, flo
     const double slope = limitedSlope(before, after, double{dyPrevious}, double{dyNext});
     Position2D left(before > 0.0 ? static_cast<float>(-before / 3.0) : 0.0F, 0.0F);
     Position2D right(static_cast<float>(after / 3.0), 0.0F);
-    if (slope != 0.0) {
-        left.y = -heightOf(slope, before, dyPrevious);
-        right.y = heightOf(slope, after, dyNext);
+    if (slope !=
+        0.0) { // No zero gets a sign. Where a handle ends at a neighbour's value, floats round to that.
+        left.y = toFloat(-slope * before / 3.0);
+        right.y = toFloat(slope * after / 3.0);
     }
     return {left, right};
 }

@@ -78,6 +78,8 @@ private slots:
         row("a value without end", declared("\"utf-8"), "line 1: an XML declaration that cannot be read");
         row("no sign", "<?xml encoding 'utf-8'?><animation/>",
             "line 1: an XML declaration that cannot be read");
+        row("another sign", "<?xml encoding:'utf-8'?><animation/>",
+            "line 1: an XML declaration that cannot be read");
         row("nothing behind", "<?xml encoding", "line 1: an XML declaration that cannot be read");
         row("declared late", "<animation>\n<?xml version='1.0' encoding='latin1'?></animation>",
             "line 2: an XML declaration that does not stand at the beginning");
@@ -165,6 +167,8 @@ private slots:
         row("NUL", "&#0");
         row("a control character", "&#x1b");
         row("a surrogate", "&#xD83D");
+        row("the first surrogate", "&#xD800");
+        row("the last surrogate", "&#xDFFF");
         row("no character", "&#xFFFE");
         row("beyond Unicode", "&#x110000");
         row("a number that wraps around", "&#x10000000000000041");
@@ -190,6 +194,23 @@ private slots:
         const QString expected = "line 2: the reference \"" + quoted + "\" stands for nothing";
         QCOMPARE(problemOf(layer(reference.toStdString())), expected);
         QCOMPARE(problemOf("<animation>\n" + reference.toStdString() + "</animation>"), expected);
+    }
+
+    // Tags in a comment are none, and what stands between two comments or instructions is outside of both.
+    void commentsAndInstructionsEndWhereTheirFirstEndStands() {
+        QCOMPARE(problemOf("<animation><!-- > <b> <c --></animation>"), QString());
+        for (const char* const empty : {"<!---->", "<?a?>", "<??>"}) {
+            for (const char* const other : {"<!-- -->", "<?a ?>"}) {
+                const std::string text = std::string("<animation>") + empty + "</b>" + other + "</animation>";
+                QCOMPARE(problemOf(text), QString("line 1: \"b\" closes what is not open"));
+            }
+        }
+    }
+
+    void bracketsBehindADocumentTypeAreText() {
+        QCOMPARE(problemOf("<?xml version='1.0'?><!DOCTYPE animation><animation note='[1]'/>"), QString());
+        QVERIFY(
+            problemOf("<?xml version='1.0'?>\n<!DOCTYPE animation [ ]><animation/>").startsWith("line 2"));
     }
 
     void whereNoReferencesAreReadTheirSignIsText() {

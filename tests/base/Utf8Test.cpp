@@ -46,6 +46,15 @@ private slots:
         }
     }
 
+    void whatStandsBehindTheTextIsNotRead() {
+        for (const std::uint32_t code : {0x80U, 0x800U, 0x10000U}) {
+            const std::string whole = encoded(code);
+            for (std::size_t length = 1; length < whole.size(); ++length) {
+                QCOMPARE(utf8CharacterAt(std::string_view(whole.data(), length), 0).length, std::size_t{0});
+            }
+        }
+    }
+
     void nothingBeyondUnicodeIsRead() {
         for (std::uint32_t code = 0x110000; code < 0x200000; ++code) {
             QCOMPARE(utf8CharacterAt(encoded(code), 0).length, std::size_t{0});

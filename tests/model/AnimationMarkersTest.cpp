@@ -146,6 +146,12 @@ private Q_SLOTS:
                  QString("5-1 1-1, 5-5 1-1, 5-2 1-1, 2-2 1-1, 2-2 7-1, 2-2 7-7, 2-2 7-3, 2-2 3-3"));
     }
 
+    void withoutAnAnimationTheEndIsResetToTheFirstFrame() {
+        Markers markers(nullptr);
+        markers.resetEndFrame();
+        QCOMPARE(markers.endIndex(), 0U);
+    }
+
     // Only a change repairs the order of a pair.
     void settingTheStoredEndDoesNotMoveAStartPastIt() {
         _markers->setEndIndex(2);

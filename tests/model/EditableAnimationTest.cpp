@@ -65,6 +65,17 @@ private Q_SLOTS:
         QCOMPARE(animation[4294967295UL], nullptr);
     }
 
+    void layersAreFoundByTheirPosition() {
+        EditableAnimation animation(plainAnimation({{"a", 1}, {"b", 2}, {"c", 3}}));
+        const EditableAnimation& constant = animation;
+        unsigned long position = 0;
+        for (const QString name : {"a", "b", "c"}) {
+            QCOMPARE(animation[position]->getActuatorName(), name);
+            QCOMPARE(constant[position]->getActuatorName(), name);
+            ++position;
+        }
+    }
+
     void layersAreFoundByNameTheFirstOfEqualOnes() {
         EditableAnimation animation(plainAnimation({{"a", 1}, {"b", 2}, {"b", 3}}));
         QCOMPARE(animation.getLayer("b"), animation[1]);
