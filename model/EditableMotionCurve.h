@@ -25,6 +25,16 @@ class EditableAnimationLayer;
 class FrameOrder;
 class KeyTrail;
 
+/// A map that may hold several entries for a key. Qt 5's QMultiMap is a QMap and can be given for one; Qt 6's
+/// is a class of its own, and its QMap holds one entry for a key.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+template <class Key, class Value>
+using MultiEntryMap = QMap<Key, Value>;
+#else
+template <class Key, class Value>
+using MultiEntryMap = QMultiMap<Key, Value>;
+#endif
+
 /// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every
 /// key is an EditableMotionCurveKey.
 ///
@@ -95,13 +105,8 @@ public:
     using KeySideMap = QMultiMap<ZT::EditableMotionCurveKey*, ZT::TangentSide>;
     /// A type for the tangent of one side.
     using TypeOfSide = QPair<ZT::TangentSide, VQ::Math::Interpolation::InterpolationType>;
-    /// May hold two entries for a key; then all are applied in the map's order. Qt 5's QMultiMap is a QMap
-    /// and can be given for it; Qt 6's is a class of its own, and its QMap holds one entry for a key.
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-    using TangentTypeMap = QMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
-#else
-    using TangentTypeMap = QMultiMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
-#endif
+    /// May hold two entries for a key; then all are applied in the map's order.
+    using TangentTypeMap = MultiEntryMap<ZT::EditableMotionCurveKey*, TypeOfSide>;
     /// Keys with the state of one flag, smooth or symmetrical.
     using KeyStateMap = QMap<ZT::EditableMotionCurveKey*, bool>;
     /// The length of a frame, exact.

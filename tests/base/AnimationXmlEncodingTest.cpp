@@ -199,7 +199,9 @@ private slots:
     // Tags in a comment are none, and what stands between two comments or instructions is outside of both.
     void commentsAndInstructionsEndWhereTheirFirstEndStands() {
         QCOMPARE(problemOf("<animation><!-- > <b> <c --></animation>"), QString());
-        for (const char* const empty : {"<!---->", "<?a?>", "<??>"}) {
+        for (const char* const empty : {"<!---->", "<?a?>",
+                                        "<?"
+                                        "?>"}) {
             for (const char* const other : {"<!-- -->", "<?a ?>"}) {
                 const std::string text = std::string("<animation>") + empty + "</b>" + other + "</animation>";
                 QCOMPARE(problemOf(text), QString("line 1: \"b\" closes what is not open"));

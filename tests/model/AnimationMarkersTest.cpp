@@ -147,7 +147,7 @@ private Q_SLOTS:
     }
 
     void withoutAnAnimationTheEndIsResetToTheFirstFrame() {
-        Markers markers(nullptr);
+        ZT::AnimationMarkers markers(nullptr);
         markers.resetEndFrame();
         QCOMPARE(markers.endIndex(), 0U);
     }

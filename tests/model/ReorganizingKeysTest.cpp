@@ -1,5 +1,6 @@
 #include "LetteredCurve.h"
 #include "model/EditableMotionCurveExceptions.h"
+#include "tests/model/TwoEntries.h"
 
 #include <QtTest>
 
@@ -29,17 +30,14 @@ private Q_SLOTS:
     }
 
     void ofAKeyNamedTwiceTheFirstEntryPlacesIt() {
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        if (!mapsHoldTwoEntries) {
+            QSKIP("a map holds one entry for a key");
+        }
         LetteredCurve c({3, 8});
-        QMultiMap<EditableMotionCurveKey*, unsigned int> twice;
-        twice.insert(c[0], 7);
-        twice.insert(c[0], 5); // Walked first.
+        const auto twice = entriesOf({{c[0], 7}, {c[0], 5}}); // The last is walked first.
         c.curve.reorganizeKeys(twice);
         QCOMPARE(c.layout(), QString("a@5 b@8"));
         QCOMPARE(c.recorder.take(), QString("a.indexChanged(5), curve.keysChanged()"));
-#else
-        QSKIP("Qt 6's QMap holds one entry for a key");
-#endif
     }
 
     void namedKeysHaveLeftBeforeTheFirstIsPlaced() {
