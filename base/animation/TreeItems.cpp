@@ -110,12 +110,7 @@ void putText(Tree& tree, const char* attribute, const std::string& text) {
     const auto found = tree.find(attributesName);
     Tree& attributes =
         found == tree.not_found() ? tree.push_back({attributesName, Tree()})->second : found->second;
-    const auto same = attributes.find(attribute);
-    if (same == attributes.not_found()) {
-        attributes.push_back({attribute, Tree(text)});
-    } else {
-        same->second.data() = text;
-    }
+    attributes.push_back({attribute, Tree(text)});
 }
 
 void putNumber(Tree& tree, const char* attribute, float number) {

@@ -20,6 +20,7 @@ using Tree = boost::property_tree::ptree;
 /// their own, and copies at each level would make writing costly.
 void append(Tree& tree, const char* name, Tree&& child);
 
+/// Adds an attribute, which the element must not have yet; so do the others.
 void putText(Tree& tree, const char* attribute, const std::string& text);
 void putNumber(Tree& tree, const char* attribute, float number);
 void putFrame(Tree& tree, const char* attribute, unsigned int frame);

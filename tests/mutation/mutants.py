@@ -29,7 +29,7 @@ _SYMMETRIC = {"min", "max", "swap"}
 # Checks of the developer's own, and what Qt's build reads as text.
 _PASSED_OVER = {"assert", "static_assert", "SIGNAL", "SLOT", "Q_DECLARE_METATYPE", "noexcept", "alignas"}
 # What only makes the program faster, or warns nobody.
-_HINT = re.compile(r"[Pp]refetch|\bahead\b|_fetchAhead|\breserve\(|static_cast<void>")
+_HINT = re.compile(r"[Pp]refetch|\bahead\b|_fetchAhead|\btrail\b|\breserve\(|static_cast<void>")
 _HINT_FUNCTIONS = {"_fetchAhead"}
 
 

@@ -14,7 +14,7 @@ from concurrent.futures import ThreadPoolExecutor
 
 from equivalents import read_equivalents
 from mutants import mutants_of
-from worktree import FLOORS, BuildError, Worktree
+from worktree import FLOORS, TEST_FOLDERS, BuildError, Worktree
 
 PROJECT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 PLACE = os.path.join(PROJECT, "build", "mutate")
@@ -52,9 +52,9 @@ class Judge:
             is_own = subject == stem or subject.startswith(stem) or stem.startswith(subject)
             with self._lock:
                 kills = self._kills[file, test.name]
-            return (subject != stem, not is_own, -kills, FLOORS.index(test.folder), test.seconds)
+            return (subject != stem, not is_own, -kills, TEST_FOLDERS.index(test.folder), test.seconds)
 
-        return sorted((test for test in self._tests if FLOORS.index(test.folder) >= floor), key=rank)
+        return sorted((test for test in self._tests if TEST_FOLDERS.index(test.folder) >= floor), key=rank)
 
     def judge(self, tree, mutant):
         """"killed by <test>", "survived" or "does not build"."""
