@@ -113,8 +113,10 @@ int main(int argc, char** argv) {
     QCoreApplication::setOrganizationName(QStringLiteral("curve-editor"));
     QCoreApplication::setApplicationName(QStringLiteral("curve-editor"));
     QCoreApplication::setApplicationVersion(QStringLiteral(CURVE_EDITOR_VERSION));
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // Qt 6 always does both.
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
 
     QStringList arguments;
     for (int i = 0; i < argc; ++i) {

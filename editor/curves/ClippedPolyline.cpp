@@ -41,7 +41,7 @@ void ClippedPolyline::lift() {
 
 void ClippedPolyline::_draw() {
     if (_points.size() > 1) {
-        _painter.drawPolyline(_points.constData(), _points.size());
+        _painter.drawPolyline(_points.constData(), static_cast<int>(_points.size()));
     }
     _points.clear();
 }

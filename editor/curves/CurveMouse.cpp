@@ -1,6 +1,7 @@
 #include "curves/CurveMouse.h"
 
 #include "curves/HitTest.h"
+#include "curves/PointerPosition.h"
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
 #include "document/Drag.h"
@@ -41,14 +42,14 @@ void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement
         return;
     }
     _button = event.button();
-    _start = placement.toPosition(event.localPos());
+    _start = placement.toPosition(positionOf(event));
     _hasMoved = false;
     if (_button == Qt::MiddleButton || (_button == Qt::LeftButton && isPanning)) {
         _gesture = Gesture::pan;
     } else if (_button == Qt::LeftButton) {
         _pressLeft(event, placement, currentLayer);
     } else if (_button == Qt::RightButton) { // What a menu then offers is about the key under the pointer.
-        const auto hit = HitTest(_document, placement, currentLayer).at(event.localPos());
+        const auto hit = HitTest(_document, placement, currentLayer).at(positionOf(event));
         if (hit && hit->key != nullptr && !_document.selection().contains(hit->key)) {
             _document.selection().set({hit->key});
         }
@@ -56,22 +57,22 @@ void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement
 }
 
 void CurveMouse::moveTo(const QMouseEvent& event, const CurvePlacement& placement) {
-    const QPointF away = event.localPos() - _startPoint(placement);
+    const QPointF away = positionOf(event) - _startPoint(placement);
     _hasMoved = _hasMoved || std::abs(away.x()) + std::abs(away.y()) >= clickDistance;
     switch (_gesture) {
     case Gesture::none:
         break;
     case Gesture::pan:
-        _frames.pan(_start.x() - placement.toFrame(event.localPos().x()));
-        _values.pan(_start.y() - placement.toValue(event.localPos().y()));
+        _frames.pan(_start.x() - placement.toFrame(positionOf(event).x()));
+        _values.pan(_start.y() - placement.toValue(positionOf(event).y()));
         break;
     case Gesture::scrub:
-        _scrubTo(event.localPos(), placement);
+        _scrubTo(positionOf(event), placement);
         break;
     case Gesture::band:
         if (_hasMoved) {
             const QRectF plot(placement.plot());
-            const QRectF band = QRectF(_startPoint(placement), event.localPos()).normalized() & plot;
+            const QRectF band = QRectF(_startPoint(placement), positionOf(event)).normalized() & plot;
             _band->setGeometry(band.toAlignedRect());
             _band->show();
         }
@@ -113,7 +114,7 @@ bool CurveMouse::cancel() {
 
 void CurveMouse::_pressLeft(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer) {
     const QRectF plot(placement.plot());
-    const QPointF point = event.localPos();
+    const QPointF point = positionOf(event);
     const bool isShift = event.modifiers().testFlag(Qt::ShiftModifier);
     if (!plot.contains(point)) {
         if (point.y() < plot.top() && point.x() >= plot.left()) {
@@ -157,13 +158,13 @@ void CurveMouse::_grabHandle(const Hit& hit, bool ofAllSelected) {
 }
 
 void CurveMouse::_dragTo(const QMouseEvent& event, const CurvePlacement& placement) {
-    QPointF distance = placement.toPosition(event.localPos()) - _start;
+    QPointF distance = placement.toPosition(positionOf(event)) - _start;
     if (_gesture == Gesture::keys) { // To values without digits that nobody sees.
         const double step = ViewAxis::niceStep(0.1 / placement.pixelsPerValue());
         distance.setY(std::round(distance.y() / step) * step);
     }
     if (event.modifiers().testFlag(Qt::ShiftModifier)) {
-        const QPointF pixels = event.localPos() - _startPoint(placement);
+        const QPointF pixels = positionOf(event) - _startPoint(placement);
         std::abs(pixels.x()) >= std::abs(pixels.y()) ? distance.setY(0.0) : distance.setX(0.0);
     }
     _drag.moveTo(distance);

@@ -6,6 +6,7 @@
 #include "curves/GridPainter.h"
 #include "curves/HitTest.h"
 #include "curves/MarkerPainter.h"
+#include "curves/PointerPosition.h"
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
 #include "document/Drag.h"
@@ -148,7 +149,7 @@ void CurveView::mousePressEvent(QMouseEvent* event) {
 
 void CurveView::mouseMoveEvent(QMouseEvent* event) {
     _mouse->moveTo(*event, placement());
-    _hover(event->localPos());
+    _hover(positionOf(*event));
 }
 
 void CurveView::mouseReleaseEvent(QMouseEvent* event) {
@@ -157,14 +158,14 @@ void CurveView::mouseReleaseEvent(QMouseEvent* event) {
 
 void CurveView::mouseDoubleClickEvent(QMouseEvent* event) {
     const CurvePlacement now = placement();
-    const auto hit = HitTest(_document, now, currentLayer()).at(event->localPos());
+    const auto hit = HitTest(_document, now, currentLayer()).at(positionOf(*event));
     if (event->button() != Qt::LeftButton || _isSpaceDown || !hit || hit->part != Hit::Part::curve) {
         mousePressEvent(event);
         return;
     }
     ZT::EditableMotionCurve* const curve = _document.layer(hit->layer)->getCurve();
     if (_document.isEditable(curve)) {
-        KeyEdits(_document).insert(*curve, now.nearestFrame(event->localPos().x()));
+        KeyEdits(_document).insert(*curve, now.nearestFrame(positionOf(*event).x()));
     }
 }
 

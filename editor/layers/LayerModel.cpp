@@ -9,6 +9,7 @@
 #include "model/AnimationMarkers.h"
 
 #include <QDataStream>
+#include <QIODevice>
 #include <QLocale>
 #include <QMimeData>
 #include <QUuid>

@@ -114,14 +114,14 @@ void LayerPanel::_makeActions() {
                       << _addAction(tr("Move layer down"), QString(), &LayerPanel::moveLayersDown)
                       << _addAction(tr("Select keys"), QString(), &LayerPanel::selectKeys)
                       << _addAction(tr("Change colour..."), QString(), &LayerPanel::chooseColour);
-    actions().at(3)->setShortcut(Qt::ALT + Qt::Key_Up);
-    actions().at(4)->setShortcut(Qt::ALT + Qt::Key_Down);
+    actions().at(3)->setShortcut(Qt::ALT | Qt::Key_Up);
+    actions().at(4)->setShortcut(Qt::ALT | Qt::Key_Down);
     for (QAction* const action : actions()) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     }
-    _addToggle(tr("Show curve"), "showLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_H, LayerEdits::Flag::visible);
-    _addToggle(tr("Mute"), "muteLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_M, LayerEdits::Flag::mute);
-    _addToggle(tr("Lock"), "lockLayer", Qt::CTRL + Qt::SHIFT + Qt::Key_L, LayerEdits::Flag::locked);
+    _addToggle(tr("Show curve"), "showLayer", Qt::CTRL | Qt::SHIFT | Qt::Key_H, LayerEdits::Flag::visible);
+    _addToggle(tr("Mute"), "muteLayer", Qt::CTRL | Qt::SHIFT | Qt::Key_M, LayerEdits::Flag::mute);
+    _addToggle(tr("Lock"), "lockLayer", Qt::CTRL | Qt::SHIFT | Qt::Key_L, LayerEdits::Flag::locked);
     // A click turns the mark, whatever it does to the layers.
     connect(_model, &QAbstractItemModel::dataChanged, this, &LayerPanel::_updateActions);
     _table->setContextMenuPolicy(Qt::ActionsContextMenu);

@@ -117,7 +117,7 @@ QString TimelineTarget::description(Document& document) const {
             .arg(document.markers().rangeStartIndex())
             .arg(document.markers().rangeEndIndex());
     case Part::summaryKey:
-        return tr("Frame %1, %n key(s)", nullptr, keys(document).size()).arg(frame);
+        return tr("Frame %1, %n key(s)", nullptr, static_cast<int>(keys(document).size())).arg(frame);
     case Part::key:
         if (const auto* const key = layer == nullptr ? nullptr : layer->getCurve()->getKey(_frame)) {
             const QString value = QLocale().toString(double{key->getValue()}, 'g', 7);

@@ -95,7 +95,7 @@ void CommandLine::_readPictureOptions() {
 }
 
 void CommandLine::_countFiles() {
-    const int count = files().size();
+    const auto count = files().size();
     switch (_task) {
     case Task::edit:
         _problem = count > 1 ? tr("one file can be opened at a time") : QString();

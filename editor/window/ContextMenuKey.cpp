@@ -3,12 +3,13 @@
 #include <QApplication>
 #include <QContextMenuEvent>
 #include <QShortcut>
+#include <QWidget>
 
 namespace Editor {
 
 ContextMenuKey::ContextMenuKey(QWidget& window)
     : QObject(&window) {
-    const auto* const shortcut = new QShortcut(Qt::SHIFT + Qt::Key_F10, &window);
+    const auto* const shortcut = new QShortcut(Qt::SHIFT | Qt::Key_F10, &window);
     connect(shortcut, &QShortcut::activated, this, &ContextMenuKey::_open);
 }
 

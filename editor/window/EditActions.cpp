@@ -26,12 +26,12 @@ EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QO
                         Glyph::copy))
     , _pasteAction(dress(new QAction(tr("&Paste at Current Frame"), this), "paste",
                          QKeySequence::keyBindings(QKeySequence::Paste), Glyph::paste))
-    , _duplicateAction(dress(new QAction(tr("D&uplicate"), this), "duplicate", {Qt::CTRL + Qt::Key_D}))
+    , _duplicateAction(dress(new QAction(tr("D&uplicate"), this), "duplicate", {Qt::CTRL | Qt::Key_D}))
     , _removeAction(dress(new QAction(tr("&Delete"), this), "delete", {Qt::Key_Delete, Qt::Key_Backspace},
                           Glyph::remove))
     , _selectAll(dress(new QAction(tr("Select &All"), this), "selectAll",
                        QKeySequence::keyBindings(QKeySequence::SelectAll)))
-    , _invert(dress(new QAction(tr("&Invert Selection"), this), "invertSelection", {Qt::CTRL + Qt::Key_I})) {
+    , _invert(dress(new QAction(tr("&Invert Selection"), this), "invertSelection", {Qt::CTRL | Qt::Key_I})) {
     limitKeysToItsWidgets(_removeAction);
     // The stack's own slots would let exceptions of commands through Qt.
     History& history = workspace.document.history();

@@ -21,10 +21,10 @@ FileActions::FileActions(FileSession& session, RecentFiles& recent, QObject* par
                   Glyph::open))
     , _save(dress(new QAction(tr("&Save"), this), "save", QKeySequence::keyBindings(QKeySequence::Save),
                   Glyph::save))
-    , _saveAs(dress(new QAction(tr("Save &As..."), this), "saveAs", {Qt::CTRL + Qt::SHIFT + Qt::Key_S}))
-    , _export(dress(new QAction(tr("&Export Picture..."), this), "export", {Qt::CTRL + Qt::Key_E}))
-    , _settings(dress(new QAction(tr("Se&ttings..."), this), "settings", {Qt::CTRL + Qt::Key_Comma}))
-    , _quit(dress(new QAction(tr("&Quit"), this), "quit", {Qt::CTRL + Qt::Key_Q})) {
+    , _saveAs(dress(new QAction(tr("Save &As..."), this), "saveAs", {Qt::CTRL | Qt::SHIFT | Qt::Key_S}))
+    , _export(dress(new QAction(tr("&Export Picture..."), this), "export", {Qt::CTRL | Qt::Key_E}))
+    , _settings(dress(new QAction(tr("Se&ttings..."), this), "settings", {Qt::CTRL | Qt::Key_Comma}))
+    , _quit(dress(new QAction(tr("&Quit"), this), "quit", {Qt::CTRL | Qt::Key_Q})) {
     _settings->setMenuRole(QAction::PreferencesRole);
     _quit->setMenuRole(QAction::QuitRole);
     connect(_new, &QAction::triggered, &session, &FileSession::newAnimation);

@@ -16,8 +16,8 @@ PlaybackActions::PlaybackActions(Playback& playback, TimelineView& timeline, QOb
     , _loop(dress(new QAction(tr("&Loop"), this), "loop", {Qt::Key_L}, Glyph::loop))
     , _toStart(dress(new QAction(tr("Go to &Start"), this), "goToStart", {Qt::Key_Home}, Glyph::toStart))
     , _toPreviousKey(dress(new QAction(tr("Go to P&revious Key"), this), "goToPreviousKey",
-                           {Qt::CTRL + Qt::Key_Left}, Glyph::toPreviousKey))
-    , _toNextKey(dress(new QAction(tr("Go to &Next Key"), this), "goToNextKey", {Qt::CTRL + Qt::Key_Right},
+                           {Qt::CTRL | Qt::Key_Left}, Glyph::toPreviousKey))
+    , _toNextKey(dress(new QAction(tr("Go to &Next Key"), this), "goToNextKey", {Qt::CTRL | Qt::Key_Right},
                        Glyph::toNextKey))
     , _toEnd(dress(new QAction(tr("Go to &End"), this), "goToEnd", {Qt::Key_End}, Glyph::toEnd)) {
     for (QAction* const action : {_loop, _toStart, _toPreviousKey, _toNextKey, _toEnd}) {

@@ -24,9 +24,9 @@ RangeActions::RangeActions(Workspace& ofWorkspace, QObject* parent)
         _add(tr("&Range of Selected Keys"), "rangeOfSelection", Qt::Key_R, &RangeActions::_spanSelection);
     _keysActions = {
         _add(tr("&Move Range to Current Frame"), "moveRange", Qt::Key_M, &RangeActions::_move),
-        _add(tr("&Stretch Range Start to Current Frame"), "stretchRangeStart", Qt::SHIFT + Qt::Key_B,
+        _add(tr("&Stretch Range Start to Current Frame"), "stretchRangeStart", Qt::SHIFT | Qt::Key_B,
              &RangeActions::_stretchStart),
-        _add(tr("S&tretch Range End to Current Frame"), "stretchRangeEnd", Qt::SHIFT + Qt::Key_E,
+        _add(tr("S&tretch Range End to Current Frame"), "stretchRangeEnd", Qt::SHIFT | Qt::Key_E,
              &RangeActions::_stretchEnd),
     };
     _markerActions = {

@@ -22,7 +22,7 @@ void SelectionState::update() {
     _timer.stop();
     const KeySelection::Keys& keys = _document.selection().keys();
     _common = KeyEdits::commonOf(keys);
-    _keyCount = keys.size();
+    _keyCount = static_cast<int>(keys.size());
     _firstFrame = keys.isEmpty() ? 0 : std::numeric_limits<unsigned int>::max();
     _lastFrame = 0;
     QSet<const ZT::EditableMotionCurve*> curves;
@@ -32,7 +32,7 @@ void SelectionState::update() {
         _lastFrame = std::max(_lastFrame, frame);
         curves.insert(key->getParentCurve());
     }
-    _layerCount = curves.size();
+    _layerCount = static_cast<int>(curves.size());
     Q_EMIT changed();
 }
 
@@ -44,7 +44,7 @@ void SelectionState::_updateNext() {
 void SelectionState::_updateSoon() {
     constexpr int keysInAMillisecond = 100;
     if (!_timer.isActive()) {
-        _timer.start(_document.selection().keys().size() / keysInAMillisecond);
+        _timer.start(static_cast<int>(_document.selection().keys().size()) / keysInAMillisecond);
     }
 }
 

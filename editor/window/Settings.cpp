@@ -32,7 +32,7 @@ void Settings::setUndoLimit(int limit) {
 }
 
 Theme Settings::theme() const {
-    const int index = themeNames().indexOf(_store.value(themeName).toString());
+    const auto index = themeNames().indexOf(_store.value(themeName).toString());
     return index < 0 ? Theme::system : static_cast<Theme>(index);
 }
 
