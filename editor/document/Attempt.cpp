@@ -13,12 +13,9 @@ QString tr(const char* text) {
     return QCoreApplication::translate("Editor::Attempt", text);
 }
 
-} // namespace
-
-QString attempt(const std::function<void()>& action) noexcept {
+QString describe() {
     try {
-        action();
-        return {};
+        throw;
     } catch (const std::bad_alloc&) {
         return tr("there is not enough memory");
     } catch (const std::exception& error) {
@@ -26,6 +23,16 @@ QString attempt(const std::function<void()>& action) noexcept {
         return what.isEmpty() ? tr("something went wrong") : what;
     } catch (...) {
         return tr("something went wrong");
+    }
+}
+
+} // namespace
+
+QString textOfException() noexcept {
+    try {
+        return describe();
+    } catch (...) {
+        return QStringLiteral("there is not enough memory"); // A constant, which nothing is allocated for.
     }
 }
 

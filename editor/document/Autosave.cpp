@@ -31,6 +31,7 @@ void Autosave::write() {
         _write();
         _hasFailed = false;
     } catch (const std::exception& error) {
+        _waiting.start();
         _timer.start(longestDelay);
         if (!std::exchange(_hasFailed, true)) {
             Q_EMIT failed(QString::fromUtf8(error.what()));
@@ -89,9 +90,8 @@ void Autosave::_follow() {
 }
 
 void Autosave::_start() {
-    if (!_timer.isActive() || _waiting.elapsed() < longestDelay - delay) {
-        _timer.start(delay);
-    }
+    const qint64 left = longestDelay - _waiting.elapsed();
+    _timer.start(static_cast<int>(qBound(qint64{0}, left, qint64{delay})));
 }
 
 } // namespace Editor

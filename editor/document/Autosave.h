@@ -21,7 +21,8 @@ class Autosave : public QObject {
 
 public:
     static constexpr int delay = 1000; ///< milliseconds from an edit to the copy
-    /// Milliseconds, where edits follow upon each other, and from a copy that failed to the next attempt.
+    /// Milliseconds at most from an edit, or from a copy that failed, to the next copy: where edits follow
+    /// upon each other, and where gestures do. Only a gesture that lasts longer is waited for.
     static constexpr int longestDelay = 10000;
 
     /// The document outlives it.
@@ -53,7 +54,8 @@ private:
 
     Document& _document;
     QTimer _timer;
-    QElapsedTimer _waiting;         ///< since the first edit that no copy has; invalid while all have one
+    QElapsedTimer _waiting; ///< since the first edit that no copy has, or since a copy failed; invalid while
+                            ///< all have one
     std::optional<CrashCopy> _copy; ///< locked; nothing while no work is unsaved
     bool _isGestureActive = false;
     bool _hasFailed = false;

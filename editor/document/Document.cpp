@@ -4,6 +4,7 @@
 #include "document/EditorAttributes.h"
 #include "document/KeySelection.h"
 #include "model/AnimationMarkers.h"
+#include "model/FirstException.h"
 
 #include <boost/property_tree/ptree.hpp>
 
@@ -29,6 +30,16 @@ void setMarkers(ZT::AnimationMarkers& markers, const MarkerFrames& frames) {
 MarkerFrames framesOf(const ZT::AnimationMarkers& markers) {
     return {markers.selectedIndex(),   markers.startIndex(),    markers.endIndex(),
             markers.rangeStartIndex(), markers.rangeEndIndex(), markers.isRangeVisible()};
+}
+
+/// To the place @p to in the list without it.
+template <class Iterator>
+void moveElement(Iterator list, int from, int to) {
+    if (from < to) {
+        std::rotate(list + from, list + from + 1, list + to + 1);
+    } else {
+        std::rotate(list + to, list + from, list + from + 1);
+    }
 }
 
 } // namespace
@@ -149,47 +160,61 @@ double Document::framesPerSecond() const {
     return static_cast<double>(unit.denominator()) / static_cast<double>(unit.numerator());
 }
 
-void Document::insertLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer> layer,
-                           const LayerLook& look) {
-    Q_EMIT layerAboutToBeInserted(index);
-    _looks.insert(_looks.begin() + index, look);
-    _animation->insert(_animation->begin() + index, layer.release());
-    _observe();
-    Q_EMIT layerInserted(index);
-    Q_EMIT changed();
+// Both lists grow before anything is changed or said. That of the animation keeps the room of a layer that
+// has been in it.
+void Document::_makeRoom() {
+    _looks.reserve(_looks.size() + 1);
+    _animation->push_back(new ZT::EditableAnimationLayer);
+    _animation->release(_animation->end() - 1);
 }
 
-std::pair<std::unique_ptr<ZT::EditableAnimationLayer>, LayerLook> Document::takeLayer(int index) {
-    Q_EMIT layerAboutToBeRemoved(index);
-    auto taken = std::make_pair(_animation->release(_animation->begin() + index), look(index));
+void Document::insertLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer>&& layer,
+                           const LayerLook& look) {
+    _makeRoom();
+    ZT::FirstException thrown;
+    thrown.guard([&] { Q_EMIT layerAboutToBeInserted(index); });
+    _animation->insert(_animation->begin() + index, layer.release());
+    _looks.insert(_looks.begin() + index, look);
+    thrown.guard([&] { _observe(); });
+    thrown.guard([&] { Q_EMIT layerInserted(index); });
+    thrown.guard([&] { Q_EMIT changed(); });
+    thrown.rethrow();
+}
+
+void Document::takeLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer>& layer, LayerLook& look) {
+    ZT::FirstException thrown;
+    thrown.guard([&] { Q_EMIT layerAboutToBeRemoved(index); });
+    layer = _animation->release(_animation->begin() + index);
+    look = this->look(index);
     _looks.erase(_looks.begin() + index);
-    _selection->prune();
-    Q_EMIT layerRemoved(index);
-    Q_EMIT changed();
-    return taken;
+    thrown.guard([&] { _selection->prune(); });
+    thrown.guard([&] { Q_EMIT layerRemoved(index); });
+    thrown.guard([&] { Q_EMIT changed(); });
+    thrown.rethrow();
 }
 
 void Document::moveLayer(int from, int to) {
     if (from == to) {
         return;
     }
-    Q_EMIT layerAboutToBeMoved(from, to);
-    auto layer = _animation->release(_animation->begin() + from);
-    const LayerLook moved = look(from);
-    _looks.erase(_looks.begin() + from);
-    _looks.insert(_looks.begin() + to, moved);
-    _animation->insert(_animation->begin() + to, layer.release());
-    Q_EMIT layerMoved(from, to);
-    Q_EMIT changed();
+    ZT::FirstException thrown;
+    thrown.guard([&] { Q_EMIT layerAboutToBeMoved(from, to); });
+    moveElement(_animation->begin().base().base(), from, to); // Pointers, which nobody has to own meanwhile.
+    moveElement(_looks.begin(), from, to);
+    thrown.guard([&] { Q_EMIT layerMoved(from, to); });
+    thrown.guard([&] { Q_EMIT changed(); });
+    thrown.rethrow();
 }
 
 void Document::setLook(int index, const LayerLook& look) {
     LayerLook& own = _looks.at(static_cast<std::size_t>(index));
     if (own != look) {
         own = look;
-        _selection->prune();
-        Q_EMIT lookChanged(index);
-        Q_EMIT changed();
+        ZT::FirstException thrown;
+        thrown.guard([&] { _selection->prune(); });
+        thrown.guard([&] { Q_EMIT lookChanged(index); });
+        thrown.guard([&] { Q_EMIT changed(); });
+        thrown.rethrow();
     }
 }
 

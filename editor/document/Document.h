@@ -73,11 +73,14 @@ public:
     /// Of the first layer's time unit; 25 without layers.
     double framesPerSecond() const;
 
-    /// Emits layerAboutToBeInserted(), layerInserted() and changed().
-    void insertLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer> layer, const LayerLook& look);
-    /// The layer, which the caller owns now, with its look. Keys of it are selected no more. Emits
-    /// layerAboutToBeRemoved(), layerRemoved() and changed().
-    std::pair<std::unique_ptr<ZT::EditableAnimationLayer>, LayerLook> takeLayer(int index);
+    // What slots throw at changes of the list is thrown on when the list has changed and all signals are out.
+
+    /// The animation owns the layer then; @p layer keeps it where memory runs short before anything is
+    /// changed or said. Emits layerAboutToBeInserted(), layerInserted() and changed().
+    void insertLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer>&& layer, const LayerLook& look);
+    /// Gives the layer and its look to the caller's @p layer and @p look, which have them also where slots
+    /// throw. Keys of it are selected no more. Emits layerAboutToBeRemoved(), layerRemoved() and changed().
+    void takeLayer(int index, std::unique_ptr<ZT::EditableAnimationLayer>& layer, LayerLook& look);
     /// To the place @p to in the list without it. Emits layerAboutToBeMoved(), layerMoved() and changed().
     void moveLayer(int from, int to);
     /// Emits lookChanged() and changed() if it differs.
@@ -105,6 +108,7 @@ private:
     using Span = std::pair<unsigned int, unsigned int>;
 
     void _observe();
+    void _makeRoom();
     void _keepSpan();
     void _compareSpan();
     Span _span() const;

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 
-#include <tuple>
 #include <utility>
 
 namespace Editor {
@@ -38,11 +37,15 @@ AddLayerCommand::AddLayerCommand(Document& ofDocument, int index,
     , _look(std::move(look)) {}
 
 void AddLayerCommand::undo() {
-    std::tie(_layer, _look) = document.takeLayer(_index);
+    if (_layer == nullptr) {
+        document.takeLayer(_index, _layer, _look);
+    }
 }
 
 void AddLayerCommand::redo() {
-    document.insertLayer(_index, std::move(_layer), _look);
+    if (_layer != nullptr) {
+        document.insertLayer(_index, std::move(_layer), _look);
+    }
 }
 
 RemoveLayerCommand::RemoveLayerCommand(Document& ofDocument, int index)
@@ -50,11 +53,15 @@ RemoveLayerCommand::RemoveLayerCommand(Document& ofDocument, int index)
     , _index(index) {}
 
 void RemoveLayerCommand::undo() {
-    document.insertLayer(_index, std::move(_layer), _look);
+    if (_layer != nullptr) {
+        document.insertLayer(_index, std::move(_layer), _look);
+    }
 }
 
 void RemoveLayerCommand::redo() {
-    std::tie(_layer, _look) = document.takeLayer(_index);
+    if (_layer == nullptr) {
+        document.takeLayer(_index, _layer, _look);
+    }
 }
 
 MoveLayerCommand::MoveLayerCommand(Document& ofDocument, int from, int to)
@@ -63,11 +70,15 @@ MoveLayerCommand::MoveLayerCommand(Document& ofDocument, int from, int to)
     , _to(to) {}
 
 void MoveLayerCommand::undo() {
-    document.moveLayer(_to, _from);
+    if (std::exchange(_isDone, false)) {
+        document.moveLayer(_to, _from);
+    }
 }
 
 void MoveLayerCommand::redo() {
-    document.moveLayer(_from, _to);
+    if (!std::exchange(_isDone, true)) {
+        document.moveLayer(_from, _to);
+    }
 }
 
 RenameLayerCommand::RenameLayerCommand(Document& ofDocument, int index, const QString& name)

@@ -13,6 +13,9 @@ namespace Editor {
 /// What the commands of layers share. A layer that is not in the animation belongs to the command that took
 /// it out or brings it in: it and its keys stay alive as long as the history has an entry that may refer to
 /// them.
+///
+/// Slots that throw do not keep the list from changing. Whoever catches that may undo or redo: what is done
+/// is not done twice, and what is not done is not undone.
 class LayerCommand : public QUndoCommand {
 protected:
     LayerCommand(Document& document, const QString& text);
@@ -60,6 +63,7 @@ public:
 private:
     int _from;
     int _to;
+    bool _isDone = false;
 };
 
 /// Gives a layer another name.

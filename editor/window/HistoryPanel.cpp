@@ -1,8 +1,10 @@
 #include "window/HistoryPanel.h"
 
+#include "document/Attempt.h"
 #include "document/History.h"
 
 #include <QItemSelectionModel>
+#include <QTimer>
 
 namespace Editor {
 
@@ -17,11 +19,20 @@ HistoryPanel::HistoryPanel(History& history, QWidget* parent)
     };
     setSelectionModel(current);
     show();
-    connect(current, &QItemSelectionModel::currentChanged, this, [&history](const QModelIndex& entry) {
-        if (entry.isValid() && entry.row() != history.index()) {
-            history.setIndex(entry.row());
-        }
-    });
+    // What the view goes on to select after a jump that fails is put right when it has done so.
+    auto* const later = new QTimer(this);
+    later->setSingleShot(true);
+    connect(later, &QTimer::timeout, this, show);
+    connect(current, &QItemSelectionModel::currentChanged, this,
+            [this, later, &history](const QModelIndex& entry) {
+                if (!entry.isValid() || entry.row() == history.index()) {
+                    return;
+                }
+                if (const QString why = attempt([&] { history.setIndex(entry.row()); }); !why.isEmpty()) {
+                    later->start(0);
+                    (void)attempt([&] { Q_EMIT refused(tr("Not done: %1.").arg(why)); });
+                }
+            });
     connect(model(), &QAbstractItemModel::modelReset, this, show); // After each change.
 }
 

@@ -15,6 +15,10 @@ public:
     explicit HistoryPanel(History& history, QWidget* parent = nullptr);
 
     QSize sizeHint() const override { return {200, 120}; }
+
+Q_SIGNALS:
+    /// A jump was not done to its end; @p why is for the status bar.
+    void refused(const QString& why);
 };
 
 } // namespace Editor

@@ -1,6 +1,8 @@
 #include "window/KeyPanel.h"
 
 #include "base/math/Narrowing.h"
+#include "document/AtOnce.h"
+#include "document/Attempt.h"
 #include "document/DragKind.h"
 #include "window/HandleNumbers.h"
 #include "window/NumberField.h"
@@ -46,18 +48,18 @@ KeyPanel::KeyPanel(Workspace& workspace, QWidget* parent)
     for (NumberField* const field : findChildren<NumberField*>()) {
         connect(field, &NumberField::refused, this, &KeyPanel::refused);
     }
-    connect(_frame, &NumberField::entered, this, &KeyPanel::_moveTo);
+    connect(_frame, &NumberField::entered, this, [this](double frame) { _attempt([&] { _moveTo(frame); }); });
     connect(_value, &NumberField::entered, this, [this](double value) {
-        _workspace.edits.setValue(_workspace.document.selection().keys(), VQ::Math::toFloat(value));
-        _workspace.selection.update();
+        _attempt([&] {
+            _workspace.edits.setValue(_workspace.document.selection().keys(), VQ::Math::toFloat(value));
+        });
     });
     connect(_smooth, &QCheckBox::clicked, this, [this](bool isSmooth) {
-        _workspace.edits.setSmooth(_workspace.document.selection().keys(), isSmooth);
-        _workspace.selection.update();
+        _attempt([&] { _workspace.edits.setSmooth(_workspace.document.selection().keys(), isSmooth); });
     });
     connect(_symmetrical, &QCheckBox::clicked, this, [this](bool isSymmetrical) {
-        _workspace.edits.setSymmetrical(_workspace.document.selection().keys(), isSymmetrical);
-        _workspace.selection.update();
+        _attempt(
+            [&] { _workspace.edits.setSymmetrical(_workspace.document.selection().keys(), isSymmetrical); });
     });
     // What was typed was meant for the keys that were selected then.
     connect(&workspace.document.selection(), &KeySelection::changed, this, [this] {
@@ -92,9 +94,10 @@ KeyPanel::Side KeyPanel::_makeSide(TangentSide side) {
     made.value->setObjectName(prefix + QStringLiteral("ValueField"));
     connect(made.type, QOverload<int>::of(&QComboBox::activated), this,
             [this, side, box = made.type](int index) {
-                _workspace.edits.setType(_workspace.document.selection().keys(), side,
-                                         static_cast<Type>(box->itemData(index).toInt()));
-                _workspace.selection.update();
+                _attempt([&] {
+                    _workspace.edits.setType(_workspace.document.selection().keys(), side,
+                                             static_cast<Type>(box->itemData(index).toInt()));
+                });
             });
     connect(made.frames, &NumberField::entered, this, [this, side](double frames) {
         const bool isOutside = side == TangentSide::left ? frames > 0.0 : frames < 0.0;
@@ -104,10 +107,10 @@ KeyPanel::Side KeyPanel::_makeSide(TangentSide side) {
                                : tr("A right handle lies behind its key: its frames cannot be below 0."));
             return;
         }
-        _setHandle(side, Number::frames, frames);
+        _attempt([&] { _setHandle(side, Number::frames, frames); });
     });
     connect(made.value, &NumberField::entered, this,
-            [this, side](double value) { _setHandle(side, Number::value, value); });
+            [this, side](double value) { _attempt([&] { _setHandle(side, Number::value, value); }); });
     return made;
 }
 
@@ -212,22 +215,36 @@ void KeyPanel::_refreshSide(const Side& side) {
     show(*side.value, Number::value);
 }
 
+// Fields and boxes show what the keys have, whether or not the edit was done.
+template <class Edit>
+void KeyPanel::_attempt(const Edit& edit) {
+    const QString why = attempt(edit);
+    const QString whyNotShown = attempt([this] { _workspace.selection.update(); });
+    if (!whyNotShown.isEmpty()) { // Another one that hears of it may have thrown before this panel's turn.
+        (void)attempt([this] { _refresh(); });
+    }
+    if (!why.isEmpty() || !whyNotShown.isEmpty()) {
+        (void)attempt([&] { Q_EMIT refused(why.isEmpty() ? whyNotShown : tr("Not done: %1.").arg(why)); });
+    }
+}
+
 void KeyPanel::_moveTo(double frame) {
     const KeySelection::Keys& keys = _workspace.document.selection().keys();
     unsigned int first = std::numeric_limits<unsigned int>::max();
     for (const ZT::EditableMotionCurveKey* const key : keys) {
         first = std::min(first, ZT::index(key));
     }
-    _workspace.drag.begin(dragKeys(keys));
-    _workspace.drag.moveTo(QPointF(frame - first, 0.0));
-    _workspace.drag.finish();
-    _workspace.selection.update();
+    try {
+        dragAtOnce(_workspace.drag, dragKeys(keys), QPointF(frame - first, 0.0));
+    } catch (...) { // Nobody is there to end it.
+        _workspace.drag.cancel();
+        throw;
+    }
 }
 
 void KeyPanel::_setHandle(TangentSide side, HandleNumbers::Number which, double number) {
     HandleNumbers(_workspace.document.selection().keys(), side)
         .set(which, VQ::Math::toFloat(number), _workspace.document, _workspace.edits);
-    _workspace.selection.update();
 }
 
 } // namespace Editor

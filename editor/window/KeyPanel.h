@@ -26,7 +26,8 @@ public:
     explicit KeyPanel(Workspace& workspace, QWidget* parent = nullptr);
 
 Q_SIGNALS:
-    /// An edit was not done; @p why is for the status bar. A frame that is taken is Drag::blocked()'s to say.
+    /// An edit was not done, or not to its end; @p why is for the status bar. A frame that is taken is
+    /// Drag::blocked()'s to say.
     void refused(const QString& why);
 
 private:
@@ -46,6 +47,8 @@ private:
     QString _headerText() const;
     void _refresh();
     void _refreshSide(const Side& side);
+    template <class Edit>
+    void _attempt(const Edit& edit);
     void _moveTo(double frame);
     void _setHandle(ZT::TangentSide side, HandleNumbers::Number which, double number);
 

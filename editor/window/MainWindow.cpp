@@ -156,6 +156,7 @@ QDockWidget* MainWindow::_addDock(const char* name, const QString& title, QWidge
 
 void MainWindow::_addDocks() {
     auto* const history = new HistoryPanel(_workspace.document.history(), this);
+    connect(history, &HistoryPanel::refused, _status, &StatusLine::showRefused);
     _addDock("layerDock", tr("Layers"), _layers, Qt::LeftDockWidgetArea);
     _addDock("keyDock", tr("Keys"), _keyPanel, Qt::RightDockWidgetArea);
     _addDock("historyDock", tr("History"), history, Qt::RightDockWidgetArea);

@@ -4,10 +4,15 @@
 #include <QTimer>
 #include <QtTest>
 
+#include <cstdlib>
+#include <functional>
 #include <new>
 #include <stdexcept>
 
 namespace {
+
+/// While it is set, operator new finds no memory.
+bool isMemoryShort = false;
 
 /// Throws what it is told at each event of the user's.
 class Thrower : public QObject {
@@ -24,6 +29,22 @@ public:
 };
 
 } // namespace
+
+void* operator new(std::size_t size) {
+    void* const memory = isMemoryShort ? nullptr : std::malloc(size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t /*size*/) noexcept {
+    std::free(memory);
+}
 
 class ApplicationTest : public QObject {
     Q_OBJECT
@@ -62,6 +83,27 @@ private Q_SLOTS:
         QEvent event(QEvent::User);
         QVERIFY(!QCoreApplication::sendEvent(&thrower, &event));
         disconnect(listening);
+    }
+
+    void anEventThatFailsForWantOfMemoryIsCaughtWithoutAny() {
+        Thrower thrower;
+        thrower.fail = [] {
+            isMemoryShort = true;
+            throw std::bad_alloc();
+        };
+        QEvent event(QEvent::User);
+        QVERIFY(!QCoreApplication::sendEvent(&thrower, &event));
+        thrower.fail = [] {};
+        bool isHandled = false;
+        bool hasThrown = false;
+        try {
+            isHandled = QCoreApplication::sendEvent(&thrower, &event);
+        } catch (const std::bad_alloc&) {
+            hasThrown = true;
+        }
+        isMemoryShort = false;
+        QVERIFY(!hasThrown);
+        QVERIFY(isHandled);
     }
 
     void anEventThatIsHandledAnswersAsEver() {

@@ -49,6 +49,7 @@ private Q_SLOTS:
     void aCopyThatMayBeAnothersIsNotAdopted();
     void whatCannotBeWrittenIsSaidOnceAndTriedAgain();
     void noCopyIsWrittenDuringAGesture();
+    void gesturesThatFollowEachOtherDoNotPutTheCopyOffForever();
     void aGestureThatChangesNothingMakesNoCopy();
 
 private:
@@ -337,6 +338,23 @@ void AutosaveTest::noCopyIsWrittenDuringAGesture() {
     autosave.setGestureActive(false);
     QVERIFY(_files().isEmpty());
     QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(_copy()), 4 * Autosave::delay);
+}
+
+void AutosaveTest::gesturesThatFollowEachOtherDoNotPutTheCopyOffForever() {
+    Scene scene;
+    Autosave autosave(scene.document);
+    scene.document.setSaved(_file());
+    QElapsedTimer clock;
+    clock.start();
+    while (!QFile::exists(_copy())) {
+        QVERIFY(clock.elapsed() < Autosave::longestDelay + 4 * Autosave::delay);
+        autosave.setGestureActive(true);
+        _edit(scene);
+        QTest::qWait(Autosave::delay / 10);
+        QVERIFY(!QFile::exists(_copy()));
+        autosave.setGestureActive(false);
+        QTest::qWait(Autosave::delay / 10);
+    }
 }
 
 void AutosaveTest::aGestureThatChangesNothingMakesNoCopy() {

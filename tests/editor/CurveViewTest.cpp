@@ -145,7 +145,9 @@ private Q_SLOTS:
         scene.view->setCurrentLayer(1);
         scene.document.moveLayer(1, 0);
         QCOMPARE(scene.view->currentLayer(), 0);
-        const auto taken = scene.document.takeLayer(0);
+        std::unique_ptr<ZT::EditableAnimationLayer> taken;
+        Editor::LayerLook look;
+        scene.document.takeLayer(0, taken, look);
         QCOMPARE(scene.view->currentLayer(), -1);
         QVERIFY(!scene.picture().isNull());
         scene.view->setCurrentLayer(77);

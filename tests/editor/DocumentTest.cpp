@@ -194,7 +194,9 @@ void DocumentTest::layersComeAndGoWithTheirLooks() {
     QCOMPARE(added->getParentAnimation(), &scene.document.animation());
     QCOMPARE(changes.count(), 1);
 
-    const auto [taken, itsLook] = scene.document.takeLayer(1);
+    std::unique_ptr<ZT::EditableAnimationLayer> taken;
+    LayerLook itsLook;
+    scene.document.takeLayer(1, taken, itsLook);
     QCOMPARE(taken.get(), added);
     QVERIFY(itsLook == look);
     QVERIFY(added->getParentAnimation() == nullptr);
@@ -232,7 +234,9 @@ void DocumentTest::aLayerThatIsTakenAwayIsSelectedNoMore() {
     Scene scene;
     const Keys rest = scene.add(1, {5});
     scene.document.selection().set(scene.add(0, {5, 6}) + rest);
-    const auto taken = scene.document.takeLayer(0);
+    std::unique_ptr<ZT::EditableAnimationLayer> taken;
+    LayerLook look;
+    scene.document.takeLayer(0, taken, look);
     QCOMPARE(scene.document.selection().keys(), rest);
 }
 

@@ -174,7 +174,9 @@ private Q_SLOTS:
         scene.view.setCurrentLayer(1);
         scene.document.moveLayer(0, 2);
         QCOMPARE(scene.view.currentLayer(), 0);
-        const auto taken = scene.document.takeLayer(0);
+        std::unique_ptr<ZT::EditableAnimationLayer> taken;
+        Editor::LayerLook look;
+        scene.document.takeLayer(0, taken, look);
         QCOMPARE(scene.view.currentLayer(), -1);
     }
 

@@ -2,6 +2,7 @@
 
 #include "document/AnimationFile.h"
 #include "document/KeyEdits.h"
+#include "layers/LayerEdits.h"
 #include "layers/LayerPanel.h"
 #include "window/Theme.h"
 
@@ -91,7 +92,7 @@ private Q_SLOTS:
         row("a key more", [](auto& scene) { Editor::KeyEdits(scene.document).insert(scene.curve(2), 90); });
         row("a name", [](auto& scene) { scene.document.layer(0)->setActuatorName("hand"); });
         row("a look", [](auto& scene) { scene.lock(1); });
-        row("a layer less", [](auto& scene) { scene.document.takeLayer(1); });
+        row("a layer less", [](auto& scene) { Editor::LayerEdits(scene.document).remove({1}); });
         row("the order", [](auto& scene) { scene.document.moveLayer(0, 2); });
         row("the selection", [](auto& scene) { scene.select(0, {10}); });
         row("the current layer", [](auto& scene) { scene.view.setCurrentLayer(1); });
