@@ -57,7 +57,8 @@ public:
         QApplication::processEvents();
     }
 
-    /// One mouse move, to the finished paint: up and down in turn, always further.
+    /// One mouse move, to the finished paint: above and below where the mouse was pressed in turn, at another
+    /// distance each time.
     void move() {
         ++_moves;
         _send(QEvent::MouseMove,

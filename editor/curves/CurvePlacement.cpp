@@ -1,10 +1,10 @@
 #include "curves/CurvePlacement.h"
 
 #include "curves/ViewAxis.h"
+#include "document/LastPossibleFrame.h"
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 
 namespace Editor {
 
@@ -18,8 +18,7 @@ CurvePlacement::CurvePlacement(const ViewAxis& frames, const ViewAxis& values, c
     , _pixelsPerValue(std::max(1, plot.height()) / values.span()) {}
 
 unsigned int CurvePlacement::nearestFrame(double x) const {
-    constexpr double last = std::numeric_limits<unsigned int>::max();
-    return static_cast<unsigned int>(std::clamp(std::round(toFrame(x)), 0.0, last));
+    return static_cast<unsigned int>(std::clamp(std::round(toFrame(x)), 0.0, double{lastPossibleFrame}));
 }
 
 } // namespace Editor

@@ -1,6 +1,7 @@
 #include "curves/PlacedKey.h"
 
 #include "curves/CurvePlacement.h"
+#include "document/LastPossibleFrame.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,8 +22,7 @@ EditableMotionCurve::iterator lastAtOrBefore(EditableMotionCurve& curve, double 
     if (found == curve.end() || !(frame > found->first)) {
         return found;
     }
-    constexpr double last = std::numeric_limits<unsigned int>::max();
-    const auto from = static_cast<unsigned int>(std::min(frame, last));
+    const auto from = static_cast<unsigned int>(std::min(frame, double{lastPossibleFrame}));
     for (unsigned int step = 0; step < most && step <= from; ++step) {
         if (const auto exact = curve.find(from - step); exact != curve.end()) {
             return exact;

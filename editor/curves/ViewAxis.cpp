@@ -1,5 +1,7 @@
 #include "curves/ViewAxis.h"
 
+#include "document/LastPossibleFrame.h"
+
 #include <cmath>
 #include <limits>
 
@@ -12,7 +14,7 @@ ViewAxis::ViewAxis(double narrowest, double widest, double lowest, double highes
     , _highest(highest) {}
 
 ViewAxis* ViewAxis::forFrames(QObject* parent) {
-    constexpr double lastFrame = std::numeric_limits<unsigned int>::max();
+    constexpr double lastFrame = lastPossibleFrame;
     auto* const axis = new ViewAxis(4.0, lastFrame, -0.1 * lastFrame, 1.1 * lastFrame);
     axis->setParent(parent);
     return axis;

@@ -4,8 +4,6 @@
 #include <QPainter>
 #include <QWidget>
 
-#include <utility>
-
 namespace Editor {
 
 void ViewPicture::paint(QPainter& painter, const QWidget& view, const std::function<void(QPainter&)>& paint) {
@@ -20,13 +18,14 @@ void ViewPicture::paint(QPainter& painter, const QWidget& view, const std::funct
         _pixmap.setDevicePixelRatio(ratio);
         _isSpoilt = true;
     }
-    if (std::exchange(_isSpoilt, false)) {
+    if (_isSpoilt) {
         _pixmap.fill(view.palette().color(view.backgroundRole()));
         QPainter anew(&_pixmap);
         anew.setFont(painter.font());
         anew.setPen(painter.pen());
         anew.setLayoutDirection(painter.layoutDirection());
         paint(anew);
+        _isSpoilt = false; // What could not be finished is spoilt still.
     }
     painter.drawPixmap(0, 0, _pixmap);
 }

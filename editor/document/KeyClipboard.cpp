@@ -4,6 +4,7 @@
 #include "base/animation/XmlText.h"
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "document/Document.h"
+#include "document/LastPossibleFrame.h"
 #include "document/Macro.h"
 
 #include <QCoreApplication>
@@ -12,7 +13,6 @@
 #include <QMimeData>
 
 #include <algorithm>
-#include <limits>
 #include <sstream>
 #include <stdexcept>
 #include <utility>
@@ -119,7 +119,7 @@ std::unique_ptr<QMimeData> KeyClipboard::copy(const KeySelection::Keys& keys) {
 KeyClipboard::Report KeyClipboard::paste(const QMimeData& data, unsigned int frame,
                                          EditableMotionCurve* fallback) {
     const auto animation = animationIn(data);
-    unsigned int first = std::numeric_limits<unsigned int>::max();
+    unsigned int first = lastPossibleFrame;
     std::size_t keyCount = 0;
     std::vector<Placed> keys;
     QHash<QString, int> occurrences;
@@ -150,7 +150,7 @@ KeyClipboard::Report KeyClipboard::paste(const QMimeData& data, unsigned int fra
 
 KeyClipboard::Report KeyClipboard::duplicate(const KeySelection::Keys& keys) {
     std::vector<Placed> copies;
-    unsigned int first = std::numeric_limits<unsigned int>::max();
+    unsigned int first = lastPossibleFrame;
     unsigned int last = 0;
     for (EditableMotionCurveKey* const key : keys) {
         if (_document.isEditable(key->getParentCurve())) {
@@ -162,7 +162,7 @@ KeyClipboard::Report KeyClipboard::duplicate(const KeySelection::Keys& keys) {
     if (copies.empty()) {
         return {};
     }
-    if (last == std::numeric_limits<unsigned int>::max()) {
+    if (last == lastPossibleFrame) {
         fail(tr("there is no frame behind the last key"));
     }
     return {0, _insert(copies, first, last + 1U, tr("Duplicate keys"))};
@@ -184,10 +184,9 @@ EditableMotionCurve* KeyClipboard::_curveFor(const QString& name, int occurrence
 
 std::size_t KeyClipboard::_insert(const std::vector<Placed>& keys, unsigned int from, unsigned int to,
                                   const QString& text) {
-    constexpr qint64 lastFrame = std::numeric_limits<unsigned int>::max();
     const qint64 shift = qint64{to} - qint64{from};
     for (const Placed& each : keys) {
-        if (qint64{each.frame} + shift > lastFrame) {
+        if (qint64{each.frame} + shift > qint64{lastPossibleFrame}) {
             fail(tr("keys would stand behind the last possible frame"));
         }
     }

@@ -12,6 +12,7 @@
 #include <cmath>
 #include <memory>
 #include <type_traits>
+#include <utility>
 
 namespace Editor {
 
@@ -68,6 +69,17 @@ Keys keysThat(const Keys& keys, Predicate predicate) {
     return found;
 }
 
+template <class Container>
+int countOf(const Container& container) {
+    return static_cast<int>(container.size());
+}
+
+// The library's own texts count curves.
+void push(Document& document, std::unique_ptr<QUndoCommand> command, const QString& text) {
+    command->setText(text);
+    Macro::push(document.history(), std::move(command));
+}
+
 } // namespace
 
 KeyEdits::KeyEdits(Document& document)
@@ -115,8 +127,8 @@ EditableMotionCurveKey* KeyEdits::insert(EditableMotionCurve& curve, unsigned in
 
 void KeyEdits::remove(const Keys& keys) {
     if (!keys.isEmpty()) {
-        Macro::push(_document.history(),
-                    std::make_unique<ZT::AnimCmd::RemoveCurveKeysCommand>(keys.values()));
+        push(_document, std::make_unique<ZT::AnimCmd::RemoveCurveKeysCommand>(keys.values()),
+             tr("Delete %n key(s)", nullptr, countOf(keys)));
     }
 }
 
@@ -138,24 +150,27 @@ void KeyEdits::_setType(const Keys& keys, std::initializer_list<TangentSide> sid
         }
     }
     if (!others.isEmpty()) {
-        Macro::push(_document.history(),
-                    std::make_unique<ZT::AnimCmd::ChangeInterpTypeCommand>(others, type));
+        push(_document, std::make_unique<ZT::AnimCmd::ChangeInterpTypeCommand>(others, type),
+             tr("Set type of %n key(s) to %1", nullptr, countOf(others.uniqueKeys()))
+                 .arg(ZT::interpolTypeToString(type)));
     }
 }
 
 void KeyEdits::setSmooth(const Keys& keys, bool isSmooth) {
     const Keys others = keysThat(keys, [&](const auto& key) { return key.isSmooth() != isSmooth; });
     if (!others.isEmpty()) {
-        Macro::push(_document.history(),
-                    std::make_unique<ZT::AnimCmd::ChangeSmoothnessCommand>(others, isSmooth));
+        push(_document, std::make_unique<ZT::AnimCmd::ChangeSmoothnessCommand>(others, isSmooth),
+             isSmooth ? tr("Make %n key(s) smooth", nullptr, countOf(others))
+                      : tr("Make %n key(s) not smooth", nullptr, countOf(others)));
     }
 }
 
 void KeyEdits::setSymmetrical(const Keys& keys, bool isSymmetrical) {
     const Keys others = keysThat(keys, [&](const auto& key) { return key.isSymmetrical() != isSymmetrical; });
     if (!others.isEmpty()) {
-        Macro::push(_document.history(),
-                    std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(others, isSymmetrical));
+        push(_document, std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(others, isSymmetrical),
+             isSymmetrical ? tr("Make %n key(s) symmetrical", nullptr, countOf(others))
+                           : tr("Make %n key(s) not symmetrical", nullptr, countOf(others)));
     }
 }
 
@@ -167,7 +182,8 @@ void KeyEdits::setValue(const Keys& keys, float value) {
         }
     }
     if (!targets.isEmpty()) {
-        Macro::push(_document.history(), std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(targets, true));
+        push(_document, std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(targets, true),
+             tr("Set value of %n key(s)", nullptr, countOf(targets)));
     }
 }
 
@@ -178,8 +194,8 @@ void KeyEdits::setHandle(const Keys& keys, TangentSide side, const QPointF& offs
         return key.getTangentType(side) == Type::bezier && key.getTangentOffset(side) != qMakePair(x, y);
     });
     if (!others.isEmpty() && std::isfinite(x) && std::isfinite(y)) {
-        Macro::push(_document.history(),
-                    std::make_unique<ZT::AnimCmd::MoveTangentCommand>(others, side, x, y, true));
+        push(_document, std::make_unique<ZT::AnimCmd::MoveTangentCommand>(others, side, x, y, true),
+             tr("Set handle of %n key(s)", nullptr, countOf(others)));
     }
 }
 

@@ -4,6 +4,7 @@
 #include "base/math/Interpolation.h"
 #include "document/KeySelection.h"
 
+#include <QCoreApplication>
 #include <QPointF>
 
 #include <bitset>
@@ -16,8 +17,10 @@ namespace Editor {
 class Document;
 
 /// The edits of keys that are done at once, each one entry of the history. What would change nothing leaves
-/// none. Drags are Drag's.
+/// none. An entry's text counts the keys that it changes. Drags are Drag's.
 class KeyEdits {
+    Q_DECLARE_TR_FUNCTIONS(Editor::KeyEdits)
+
 public:
     using Type = VQ::Math::Interpolation::InterpolationType;
 

@@ -1,5 +1,7 @@
 #include "document/SampleRate.h"
 
+#include "document/LastPossibleFrame.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -34,14 +36,13 @@ double toleranceAt(const SampleTimes& times, double seconds) {
 
 // By how many seconds the times miss the frames at most; nothing where one of them does not fit.
 std::optional<double> missAt(const SampleTimes& times, const RationalSeconds& length) {
-    constexpr auto lastFrame = double{std::numeric_limits<unsigned int>::max()};
     const double seconds = toSeconds(length);
     double before = -1.0;
     double worst = 0.0;
     for (const double time : times.seconds) {
         const double frame = std::round(time / seconds);
         const double miss = std::abs(time - frame * seconds);
-        if (miss > toleranceAt(times, time) || frame <= before || frame > lastFrame) {
+        if (miss > toleranceAt(times, time) || frame <= before || frame > double{lastPossibleFrame}) {
             return std::nullopt;
         }
         before = frame;

@@ -26,6 +26,21 @@ std::unique_ptr<ZT::EditableAnimationLayer> copyOf(const ZT::EditableAnimationLa
     return copy;
 }
 
+QString textOf(LayerEdits::Flag flag, bool isOn, int layers) {
+    switch (flag) {
+    case LayerEdits::Flag::visible:
+        return isOn ? LayerEdits::tr("Show %n layer(s)", nullptr, layers)
+                    : LayerEdits::tr("Hide %n layer(s)", nullptr, layers);
+    case LayerEdits::Flag::mute:
+        return isOn ? LayerEdits::tr("Mute %n layer(s)", nullptr, layers)
+                    : LayerEdits::tr("Unmute %n layer(s)", nullptr, layers);
+    case LayerEdits::Flag::locked:
+        return isOn ? LayerEdits::tr("Lock %n layer(s)", nullptr, layers)
+                    : LayerEdits::tr("Unlock %n layer(s)", nullptr, layers);
+    }
+    return {};
+}
+
 } // namespace
 
 LayerEdits::LayerEdits(Document& document)
@@ -63,7 +78,9 @@ int LayerEdits::duplicate(const std::vector<int>& layers) {
     if (layers.empty()) {
         return -1;
     }
-    Macro macro(_document.history(), tr("Duplicate layer"));
+    const auto count = static_cast<int>(layers.size());
+    Macro macro(_document.history(),
+                count == 1 ? tr("Duplicate layer") : tr("Duplicate %n layer(s)", nullptr, count));
     int copies = 0;
     for (const int original : layers) {
         const int source = original + copies;
@@ -143,7 +160,8 @@ void LayerEdits::set(const std::vector<int>& layers, Flag flag, bool isOn) {
     if (commands.empty()) {
         return;
     }
-    Macro macro(_document.history(), commands.front()->text());
+    const auto count = static_cast<int>(commands.size());
+    Macro macro(_document.history(), count == 1 ? commands.front()->text() : textOf(flag, isOn, count));
     for (auto& command : commands) {
         macro.add(std::move(command));
     }

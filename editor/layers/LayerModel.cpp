@@ -5,12 +5,12 @@
 #include "document/LayerCommands.h"
 #include "document/LayerName.h"
 #include "document/Macro.h"
+#include "layers/LayerCells.h"
 #include "layers/LayerEdits.h"
 #include "model/AnimationMarkers.h"
 
 #include <QDataStream>
 #include <QIODevice>
-#include <QLocale>
 #include <QMimeData>
 #include <QUuid>
 
@@ -23,18 +23,6 @@ namespace {
 
 QString rowsType() {
     return QStringLiteral("application/x-curve-editor-layer-rows");
-}
-
-bool isCheckable(int column) {
-    return column == LayerModel::visibleColumn || column == LayerModel::muteColumn ||
-           column == LayerModel::lockedColumn;
-}
-
-/// Of a column that is checkable.
-LayerEdits::Flag flagOf(int column) {
-    return column == LayerModel::visibleColumn ? LayerEdits::Flag::visible
-           : column == LayerModel::muteColumn  ? LayerEdits::Flag::mute
-                                               : LayerEdits::Flag::locked;
 }
 
 } // namespace
@@ -99,105 +87,17 @@ int LayerModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant LayerModel::data(const QModelIndex& index, int role) const {
-    if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid)) {
-        return {};
-    }
-    switch (role) {
-    case Qt::DisplayRole:
-    case Qt::EditRole:
-        return _displayed(index.row(), index.column());
-    case Qt::CheckStateRole:
-        return _checkState(index.row(), index.column());
-    case Qt::DecorationRole:
-        return index.column() == colourColumn ? QVariant(_document.look(index.row()).colour) : QVariant();
-    case Qt::TextAlignmentRole:
-        return index.column() == valueColumn ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
-    case Qt::ToolTipRole:
-        return _toolTip(index.row(), index.column());
-    case Qt::AccessibleTextRole:
-        return _accessibleText(index.row(), index.column());
-    default:
-        return {};
-    }
+    const bool isThere =
+        checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid);
+    return isThere ? LayerCells(_document).data(index.row(), index.column(), role) : QVariant();
 }
 
-QVariant LayerModel::_displayed(int layer, int column) const {
-    if (column == nameColumn) {
-        return _document.layer(layer)->getActuatorName();
-    }
-    if (column == valueColumn) {
-        const float value = _document.layer(layer)->getCurve()->valueAt(_document.markers().selectedIndex());
-        return QLocale().toString(double{value}, 'g', 6);
-    }
-    return {};
-}
-
-QVariant LayerModel::_checkState(int layer, int column) const {
-    if (!isCheckable(column)) {
-        return {};
-    }
-    return LayerEdits(_document).isSet(layer, flagOf(column)) ? Qt::Checked : Qt::Unchecked;
-}
-
-QVariant LayerModel::_toolTip(int layer, int column) const {
-    switch (column) {
-    case visibleColumn:
-        return tr("Show the layer's curve");
-    case colourColumn:
-        return tr("Colour of the layer's curve: double-click to change it");
-    case nameColumn:
-        return _document.layer(layer)->getActuatorName();
-    case muteColumn:
-        return tr("Mute: the actuator gets no values");
-    case lockedColumn:
-        return tr("Lock: the layer's keys cannot be edited");
-    case valueColumn:
-        return tr("Value at the current frame");
-    default:
-        return {};
-    }
-}
-
-QVariant LayerModel::_accessibleText(int layer, int column) const {
-    const LayerLook look = _document.look(layer);
-    switch (column) {
-    case visibleColumn:
-        return look.isVisible ? tr("shown") : tr("hidden");
-    case colourColumn:
-        return tr("colour %1").arg(look.colour.name());
-    case muteColumn:
-        return _document.layer(layer)->isMute() ? tr("muted") : tr("not muted");
-    case lockedColumn:
-        return look.isLocked ? tr("locked") : tr("not locked");
-    default:
-        return _displayed(layer, column);
-    }
-}
-
-// Narrow columns have icons, which show what they are; a heading would be wider than they are.
 QVariant LayerModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    const bool isWide = section == nameColumn || section == valueColumn;
-    const bool isAsked =
-        role == Qt::ToolTipRole || role == Qt::AccessibleTextRole || (role == Qt::DisplayRole && isWide);
-    if (orientation != Qt::Horizontal || !isAsked) {
-        return role == Qt::DisplayRole ? QVariant(QString()) : QVariant();
+    if (orientation != Qt::Horizontal) {
+        return role == Qt::DisplayRole ? QVariant(QString())
+                                       : QVariant(); // Without a text Qt writes numbers.
     }
-    switch (section) {
-    case visibleColumn:
-        return tr("Show");
-    case colourColumn:
-        return tr("Colour");
-    case nameColumn:
-        return tr("Layer");
-    case muteColumn:
-        return tr("Mute");
-    case lockedColumn:
-        return tr("Lock");
-    case valueColumn:
-        return tr("Value");
-    default:
-        return {};
-    }
+    return LayerCells::heading(section, role);
 }
 
 Qt::ItemFlags LayerModel::flags(const QModelIndex& index) const {
@@ -207,7 +107,7 @@ Qt::ItemFlags LayerModel::flags(const QModelIndex& index) const {
     Qt::ItemFlags flags =
         Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemNeverHasChildren;
     flags.setFlag(Qt::ItemIsEditable, index.column() == nameColumn);
-    flags.setFlag(Qt::ItemIsUserCheckable, isCheckable(index.column()));
+    flags.setFlag(Qt::ItemIsUserCheckable, LayerCells::flagOf(index.column()).has_value());
     return flags;
 }
 
@@ -228,8 +128,8 @@ bool LayerModel::setData(const QModelIndex& index, const QVariant& value, int ro
 }
 
 bool LayerModel::_set(int layer, int column, const QVariant& value, int role) {
-    if (role == Qt::CheckStateRole && isCheckable(column)) {
-        LayerEdits(_document).set({layer}, flagOf(column), value.toInt() == Qt::Checked);
+    if (const auto flag = LayerCells::flagOf(column); flag && role == Qt::CheckStateRole) {
+        LayerEdits(_document).set({layer}, *flag, value.toInt() == Qt::Checked);
         return true;
     }
     if (role == Qt::EditRole && column == colourColumn) {

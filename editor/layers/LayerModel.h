@@ -10,8 +10,8 @@ namespace Editor {
 
 class Document;
 
-/// The layers of a document as a table for Qt's views. Keeps nothing: it reads the document when it is asked,
-/// and turns edits into commands of the document's history.
+/// The layers of a document as a table for Qt's views. Keeps nothing: LayerCells reads the document when it
+/// is asked. Edits and rows that are dragged become commands of the document's history.
 class LayerModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -55,10 +55,6 @@ Q_SIGNALS:
     void refused(const QString& why);
 
 private:
-    QVariant _displayed(int layer, int column) const;
-    QVariant _checkState(int layer, int column) const;
-    QVariant _toolTip(int layer, int column) const;
-    QVariant _accessibleText(int layer, int column) const;
     bool _set(int layer, int column, const QVariant& value, int role);
     bool _rename(int layer, const QString& name);
     bool _setColour(int layer, const QColor& colour);

@@ -3,16 +3,13 @@
 #include "document/Attempt.h"
 #include "document/Document.h"
 #include "layers/LayerModel.h"
-#include "layers/ToggleDelegate.h"
+#include "layers/LayerTable.h"
 
 #include <QAction>
 #include <QColorDialog>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QSortFilterProxyModel>
-#include <QStyle>
-#include <QTableView>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -20,24 +17,35 @@
 
 namespace Editor {
 
+namespace {
+
+/// A child of @p parent.
+QSortFilterProxyModel* filteredByName(LayerModel* model, QObject* parent) {
+    auto* const filtered = new QSortFilterProxyModel(parent);
+    filtered->setSourceModel(model);
+    filtered->setFilterKeyColumn(LayerModel::nameColumn);
+    filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    return filtered;
+}
+
+} // namespace
+
 LayerPanel::LayerPanel(Document& document, QWidget* parent)
     : QWidget(parent)
     , _document(document)
     , _model(new LayerModel(document, this))
-    , _filtered(new QSortFilterProxyModel(this))
+    , _filtered(filteredByName(_model, this))
     , _filter(new QLineEdit(this))
-    , _table(new QTableView(this)) {
+    , _table(new LayerTable(*_filtered, this)) {
     _filter->setPlaceholderText(tr("Filter layers by name"));
     _filter->setAccessibleName(tr("Filter layers by name"));
     _filter->setClearButtonEnabled(true);
     connect(_filter, &QLineEdit::textChanged, _filtered, &QSortFilterProxyModel::setFilterFixedString);
 
     connect(_model, &LayerModel::refused, this, &LayerPanel::refused);
-    _filtered->setSourceModel(_model);
-    _filtered->setFilterKeyColumn(LayerModel::nameColumn);
-    _filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
-
-    _makeTable();
+    connect(_table, &LayerTable::currentLayerChanged, this, &LayerPanel::currentLayerChanged);
+    connect(_table, &LayerTable::selectedLayersChanged, this, &LayerPanel::_updateActions);
+    connect(_table, &LayerTable::colourDoubleClicked, this, &LayerPanel::chooseColour);
     _makeActions();
     auto* const layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
@@ -45,65 +53,6 @@ LayerPanel::LayerPanel(Document& document, QWidget* parent)
     layout->addWidget(_table, 1);
     layout->addWidget(_makeButtons());
     _updateActions();
-}
-
-void LayerPanel::_makeTable() {
-    _table->setModel(_filtered);
-    _table->setAccessibleName(tr("Layers"));
-    _table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    _table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    _table->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
-    _table->setTabKeyNavigation(false); // Tab leaves the table; arrow keys go through its cells.
-    _table->setShowGrid(false);
-    _table->setAlternatingRowColors(true);
-    _table->setWordWrap(false);
-    _table->setDragDropMode(QAbstractItemView::DragDrop); // The model takes nothing but its own rows.
-    _table->setDefaultDropAction(Qt::MoveAction);
-    _table->setDragDropOverwriteMode(false); // Otherwise a row that was dragged away would be emptied.
-    _table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    _table->verticalHeader()->hide();
-    _table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    _table->verticalHeader()->setDefaultSectionSize(_table->fontMetrics().height() + 8);
-
-    using Icon = ToggleDelegate::Icon;
-    _table->setItemDelegateForColumn(LayerModel::visibleColumn, new ToggleDelegate(Icon::eye, _table));
-    _table->setItemDelegateForColumn(LayerModel::muteColumn, new ToggleDelegate(Icon::speaker, _table));
-    _table->setItemDelegateForColumn(LayerModel::lockedColumn, new ToggleDelegate(Icon::padlock, _table));
-    _sizeColumns();
-
-    connect(_table, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
-        if (index.column() == LayerModel::colourColumn) {
-            chooseColour();
-        }
-    });
-    const QItemSelectionModel* const selection = _table->selectionModel();
-    connect(selection, &QItemSelectionModel::currentRowChanged, this, &LayerPanel::_noteCurrent);
-    connect(selection, &QItemSelectionModel::selectionChanged, this, &LayerPanel::_updateActions);
-    connect(_filtered, &QAbstractItemModel::rowsInserted, this, &LayerPanel::_noteCurrent);
-    connect(_filtered, &QAbstractItemModel::rowsRemoved, this, &LayerPanel::_noteCurrent);
-    connect(_filtered, &QAbstractItemModel::rowsMoved, this, &LayerPanel::_noteCurrent);
-    connect(_filtered, &QAbstractItemModel::layoutChanged, this, &LayerPanel::_noteCurrent);
-    connect(_filtered, &QAbstractItemModel::modelReset, this, [this] {
-        _noteCurrent();
-        _updateActions();
-    });
-}
-
-void LayerPanel::_sizeColumns() {
-    const QFontMetrics font = _table->fontMetrics();
-    const int iconWidth = font.height() + 10;
-    const int valueWidth = font.horizontalAdvance(QStringLiteral("-0.123456")) + 12;
-    const int nameWidth = 10 * font.averageCharWidth();
-    QHeaderView* const header = _table->horizontalHeader();
-    header->setHighlightSections(false);
-    header->setMinimumSectionSize(iconWidth);
-    header->setDefaultSectionSize(iconWidth);
-    header->setSectionResizeMode(QHeaderView::Fixed);
-    header->resizeSection(LayerModel::valueColumn, valueWidth);
-    header->setSectionResizeMode(LayerModel::nameColumn, QHeaderView::Stretch);
-    _table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    _table->setMinimumWidth((LayerModel::columns - 2) * iconWidth + valueWidth + nameWidth +
-                            style()->pixelMetric(QStyle::PM_ScrollBarExtent));
 }
 
 void LayerPanel::_makeActions() {
@@ -154,7 +103,7 @@ void LayerPanel::_addToggle(const QString& text, const char* name, const QKeySeq
 // Where the layers differ, the first time all become so.
 void LayerPanel::_toggle(LayerEdits::Flag flag) {
     LayerEdits edits(_document);
-    const std::vector<int> layers = _selectedLayers();
+    const std::vector<int> layers = _table->selectedLayers();
     const bool isAll =
         std::all_of(layers.begin(), layers.end(), [&](int layer) { return edits.isSet(layer, flag); });
     edits.set(layers, flag, !isAll);
@@ -181,41 +130,19 @@ QWidget* LayerPanel::_makeButtons() {
 }
 
 int LayerPanel::currentLayer() const {
-    return _filtered->mapToSource(_table->currentIndex()).row();
+    return _table->currentLayer();
 }
 
 void LayerPanel::setCurrentLayer(int index) {
-    if (index == currentLayer()) {
-        return;
-    }
-    const QModelIndex source = _model->index(index, LayerModel::nameColumn);
-    if (source.isValid() && !_filtered->mapFromSource(source).isValid()) {
+    if (_table->isFilteredOut(index)) {
         _filter->clear();
     }
-    const QModelIndex shown = _filtered->mapFromSource(source);
-    _table->setCurrentIndex(shown);
-    if (!shown.isValid()) {
-        _table->clearSelection();
-    }
-}
-
-std::vector<int> LayerPanel::_selectedLayers() const {
-    std::vector<int> layers;
-    for (const QModelIndex& index : _table->selectionModel()->selectedRows()) {
-        layers.push_back(_filtered->mapToSource(index).row());
-    }
-    std::sort(layers.begin(), layers.end());
-    return layers;
+    _table->setCurrentLayer(index);
 }
 
 void LayerPanel::_selectLayers(int first, int count) {
     setCurrentLayer(first);
-    QItemSelection rows;
-    for (int layer = first; layer < first + count; ++layer) {
-        const QModelIndex index = _filtered->mapFromSource(_model->index(layer, 0));
-        rows.select(index, index);
-    }
-    _table->selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    _table->selectLayers(first, count);
 }
 
 void LayerPanel::addLayer() {
@@ -226,25 +153,25 @@ void LayerPanel::addLayer() {
 }
 
 void LayerPanel::duplicateLayer() {
-    _attempt([&] { setCurrentLayer(LayerEdits(_document).duplicate(_selectedLayers())); });
+    _attempt([&] { setCurrentLayer(LayerEdits(_document).duplicate(_table->selectedLayers())); });
 }
 
 void LayerPanel::removeLayer() {
-    _attempt([&] { LayerEdits(_document).remove(_selectedLayers()); });
+    _attempt([&] { LayerEdits(_document).remove(_table->selectedLayers()); });
     if (currentLayer() >= 0) {
         _selectLayers(currentLayer(), 1); // The row that came up to the place is current, but not selected.
     }
 }
 
 void LayerPanel::moveLayersUp() {
-    const std::vector<int> layers = _selectedLayers();
+    const std::vector<int> layers = _table->selectedLayers();
     if (!layers.empty()) {
         _moveLayers(layers, std::max(0, layers.front() - 1));
     }
 }
 
 void LayerPanel::moveLayersDown() {
-    const std::vector<int> layers = _selectedLayers();
+    const std::vector<int> layers = _table->selectedLayers();
     if (!layers.empty()) {
         _moveLayers(layers, std::min(_document.layerCount(), layers.back() + 2));
     }
@@ -260,7 +187,7 @@ void LayerPanel::_moveLayers(const std::vector<int>& layers, int index) {
 }
 
 void LayerPanel::selectKeys() {
-    _attempt([&] { LayerEdits(_document).selectKeys(_selectedLayers()); });
+    _attempt([&] { LayerEdits(_document).selectKeys(_table->selectedLayers()); });
 }
 
 void LayerPanel::chooseColour() {
@@ -276,21 +203,12 @@ void LayerPanel::chooseColour() {
     }
 }
 
-void LayerPanel::_noteCurrent() {
-    const int current = currentLayer();
-    if (current != _announced) {
-        _announced = current;
-        Q_EMIT currentLayerChanged(current);
-    }
-}
-
 void LayerPanel::_updateActions() {
-    const bool isAnySelected = _table->selectionModel()->hasSelection();
-    for (QAction* const action : qAsConst(_selectionActions)) {
-        action->setEnabled(isAnySelected);
-    }
     const LayerEdits edits(_document);
-    const std::vector<int> layers = _selectedLayers();
+    const std::vector<int> layers = _table->selectedLayers();
+    for (QAction* const action : qAsConst(_selectionActions)) {
+        action->setEnabled(!layers.empty());
+    }
     for (const auto& [action, flag] : _toggles) {
         action->setChecked(!layers.empty() &&
                            std::all_of(layers.begin(), layers.end(), [&edits, flag = flag](int layer) {

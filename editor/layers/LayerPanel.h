@@ -9,14 +9,12 @@
 #include <vector>
 
 class QLineEdit;
-class QModelIndex;
-class QPoint;
 class QSortFilterProxyModel;
-class QTableView;
 
 namespace Editor {
 
 class LayerModel;
+class LayerTable;
 
 /// The list of layers: found by name, renamed, coloured, shown, muted and locked in place, dragged to another
 /// place, added, duplicated and removed. What can be done to layers is in actions(), for a menu as well.
@@ -52,28 +50,23 @@ Q_SIGNALS:
     void refused(const QString& why);
 
 private:
-    void _makeTable();
-    void _sizeColumns();
     void _makeActions();
     QWidget* _makeButtons();
     QAction* _addAction(const QString& text, const QString& shortText, void (LayerPanel::*slot)());
     void _addToggle(const QString& text, const char* name, const QKeySequence& keys, LayerEdits::Flag flag);
     void _toggle(LayerEdits::Flag flag);
     void _attempt(const std::function<void()>& edit);
-    std::vector<int> _selectedLayers() const;
     void _selectLayers(int first, int count);
     void _moveLayers(const std::vector<int>& layers, int index);
-    void _noteCurrent();
     void _updateActions();
 
     Document& _document;
     LayerModel* _model;                ///< a child
     QSortFilterProxyModel* _filtered;  ///< a child
     QLineEdit* _filter;                ///< a child
-    QTableView* _table;                ///< a child
+    LayerTable* _table;                ///< a child
     QList<QAction*> _selectionActions; ///< of actions(), those that need a selected layer
     std::vector<std::pair<QAction*, LayerEdits::Flag>> _toggles; ///< of those, the ones with a check mark
-    int _announced = -1;                                         ///< the current layer as last announced
 };
 
 } // namespace Editor

@@ -1,16 +1,15 @@
 #include "timeline/CurveKeys.h"
 
+#include "document/LastPossibleFrame.h"
+
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 
 namespace Editor {
 
 namespace {
 
 using Curve = ZT::EditableMotionCurve;
-
-constexpr unsigned int lastFrame = std::numeric_limits<unsigned int>::max();
 
 } // namespace
 
@@ -40,15 +39,15 @@ Curve::iterator firstKeyFrom(Curve& curve, unsigned int first, unsigned int last
 }
 
 std::optional<unsigned int> nextKeyFrame(Curve& curve, unsigned int frame) {
-    if (frame == lastFrame) {
+    if (frame == lastPossibleFrame) {
         return std::nullopt;
     }
-    const auto next = firstKeyFrom(curve, frame + 1U, lastFrame);
+    const auto next = firstKeyFrom(curve, frame + 1U, lastPossibleFrame);
     return next == curve.end() ? std::nullopt : std::optional((*next).first);
 }
 
 std::optional<unsigned int> previousKeyFrame(Curve& curve, unsigned int frame) {
-    auto position = firstKeyFrom(curve, frame, lastFrame);
+    auto position = firstKeyFrom(curve, frame, lastPossibleFrame);
     if (position == curve.begin()) {
         return std::nullopt;
     }

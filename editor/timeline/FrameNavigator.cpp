@@ -2,11 +2,11 @@
 
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
+#include "document/LastPossibleFrame.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/CurveKeys.h"
 
 #include <algorithm>
-#include <limits>
 #include <optional>
 
 namespace Editor {
@@ -23,8 +23,8 @@ void FrameNavigator::goTo(unsigned int frame) {
 }
 
 void FrameNavigator::step(double distance) {
-    constexpr double last = std::numeric_limits<unsigned int>::max();
-    goTo(static_cast<unsigned int>(std::clamp(_document.markers().selectedIndex() + distance, 0.0, last)));
+    goTo(static_cast<unsigned int>(
+        std::clamp(_document.markers().selectedIndex() + distance, 0.0, double{lastPossibleFrame})));
 }
 
 void FrameNavigator::goToNextKey(int layer) {

@@ -1,15 +1,15 @@
 #include "timeline/TimelineLayout.h"
 
 #include "curves/ViewAxis.h"
+#include "document/LastPossibleFrame.h"
 
 #include <cmath>
-#include <limits>
 
 namespace Editor {
 
 namespace {
 
-constexpr double lastFrame = std::numeric_limits<unsigned int>::max();
+constexpr double lastFrame = lastPossibleFrame;
 
 // Positions beyond all frames become the first and the last one.
 unsigned int toFrame(double position) {

@@ -1,5 +1,7 @@
 #include "window/NumberField.h"
 
+#include "document/LastPossibleFrame.h"
+
 #include <QKeyEvent>
 #include <QLocale>
 
@@ -93,7 +95,7 @@ void NumberField::_read() {
         Q_EMIT refused(tr("\"%1\" is not a number.").arg(typed));
         return;
     }
-    constexpr double lastFrame = std::numeric_limits<unsigned int>::max();
+    constexpr double lastFrame = lastPossibleFrame;
     if (_kind == Kind::frames &&
         !(*number >= 0.0 && *number <= lastFrame && *number == std::floor(*number))) {
         Q_EMIT refused(tr("Frames are whole numbers from 0 to %1.").arg(lastFrame, 0, 'f', 0));

@@ -1,6 +1,7 @@
 #include "window/RangeActions.h"
 
 #include "document/AtOnce.h"
+#include "document/LastPossibleFrame.h"
 #include "document/RangeDrags.h"
 #include "model/AnimationMarkers.h"
 #include "window/ActionMaker.h"
@@ -9,7 +10,6 @@
 #include <QMenu>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace Editor {
@@ -76,7 +76,7 @@ ZT::AnimationMarkers& RangeActions::_markers() const {
 // frame.
 void RangeActions::_begin() {
     const unsigned int frame = _markers().selectedIndex();
-    if (frame == std::numeric_limits<unsigned int>::max()) {
+    if (frame == lastPossibleFrame) {
         Q_EMIT noted(tr("No range can begin at the last possible frame."));
         return;
     }
@@ -96,7 +96,7 @@ void RangeActions::_end() {
 }
 
 void RangeActions::_spanSelection() {
-    unsigned int first = std::numeric_limits<unsigned int>::max();
+    unsigned int first = lastPossibleFrame;
     unsigned int last = 0;
     for (const ZT::EditableMotionCurveKey* const key : workspace.document.selection().keys()) {
         first = std::min(first, ZT::index(key));

@@ -3,6 +3,7 @@
 #include "curves/CurveView.h"
 #include "document/AnimationData.h"
 #include "document/AnimationFile.h"
+#include "layers/LayerEdits.h"
 #include "window/CommandLine.h"
 #include "window/MainWindow.h"
 #include "window/Settings.h"
@@ -29,12 +30,9 @@ void selectLayer(Workspace& workspace, MainWindow& window, const QString& name) 
                 .arg(name)
                 .toStdString());
     }
-    KeySelection::Keys keys;
-    for (const auto& [frame, key] : *layer->getCurve()) {
-        keys.insert(key);
-    }
-    window.setCurrentLayer(workspace.document.indexOf(layer));
-    workspace.document.selection().set(keys);
+    const int index = workspace.document.indexOf(layer);
+    window.setCurrentLayer(index);
+    LayerEdits(workspace.document).selectKeys({index});
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
+#include <vector>
 
 using namespace EditorScene;
 using Editor::KeyEdits;
@@ -24,6 +26,8 @@ private Q_SLOTS:
     void keysHaveInCommonWhatIsEqual();
     void keysThatDifferSlightlyHaveNothingInCommon();
     void oneKeyHasAllInCommonWithItself();
+    void entriesSayWhatWasDoneToHowManyKeys();
+    void entriesNameTheTypeThatKeysGot();
 };
 
 void KeyEditsTest::insertingAddsAKeyAndSelectsIt() {
@@ -192,6 +196,47 @@ void KeyEditsTest::oneKeyHasAllInCommonWithItself() {
     QVERIFY(common.value && std::isnan(*common.value));
     QVERIFY(common.leftHandle.has_value());
     QVERIFY(common.rightHandle.has_value());
+}
+
+void KeyEditsTest::entriesSayWhatWasDoneToHowManyKeys() {
+    Scene scene;
+    const Keys keys = scene.add(0, {10, 20}) + scene.add(1, {5});
+    KeyEdits edits(scene.document);
+    const auto text = [&scene] { return scene.history().undoText(); };
+    edits.setValue(keys, 3.0F);
+    QCOMPARE(text(), QString("Set value of 3 key(s)"));
+    edits.setType({scene.key(0, 10)}, Side::left, Type::bezier);
+    QCOMPARE(text(), QString("Set type of 1 key(s) to bezier"));
+    edits.setType(keys, Type::bezier); // Of one of them a side was so; it is counted once.
+    QCOMPARE(text(), QString("Set type of 3 key(s) to bezier"));
+    edits.setHandle(keys, Side::right, {1.0, 2.0});
+    QCOMPARE(text(), QString("Set handle of 3 key(s)"));
+    edits.setSmooth({scene.key(0, 10)}, true);
+    QCOMPARE(text(), QString("Make 1 key(s) smooth"));
+    edits.setSmooth(keys, true); // One was so before.
+    QCOMPARE(text(), QString("Make 2 key(s) smooth"));
+    edits.setSmooth(keys, false);
+    QCOMPARE(text(), QString("Make 3 key(s) not smooth"));
+    edits.setSymmetrical(keys, true);
+    QCOMPARE(text(), QString("Make 3 key(s) symmetrical"));
+    edits.setSymmetrical({scene.key(1, 5)}, false);
+    QCOMPARE(text(), QString("Make 1 key(s) not symmetrical"));
+    edits.remove(keys);
+    QCOMPARE(text(), QString("Delete 3 key(s)"));
+}
+
+void KeyEditsTest::entriesNameTheTypeThatKeysGot() {
+    Scene scene;
+    const Keys keys = scene.add(0, {10, 20});
+    KeyEdits edits(scene.document);
+    const std::vector<std::pair<Type, QString>> types{{Type::constant, "constant"},
+                                                      {Type::linear, "linear"},
+                                                      {Type::bezier, "bezier"},
+                                                      {Type::bezierAuto, "bezier auto"}};
+    for (const auto& [type, name] : types) {
+        edits.setType(keys, type);
+        QCOMPARE(scene.history().undoText(), "Set type of 2 key(s) to " + name);
+    }
 }
 
 QTEST_GUILESS_MAIN(KeyEditsTest)

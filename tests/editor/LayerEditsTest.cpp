@@ -136,6 +136,26 @@ private Q_SLOTS:
         });
     }
 
+    void entriesSayHowManyLayersTheyChange() {
+        Scene scene;
+        LayerEdits edits(scene.document);
+        const auto textAfter = [&](LayerEdits::Flag flag, bool isOn) {
+            edits.set({0, 1, 2}, flag, isOn);
+            return scene.history().undoText();
+        };
+        edits.set({1}, LayerEdits::Flag::visible, false);
+        QCOMPARE(scene.history().undoText(), QString("Hide layer"));
+        QCOMPARE(textAfter(LayerEdits::Flag::visible, false),
+                 QString("Hide 2 layer(s)")); // One was so before.
+        QCOMPARE(textAfter(LayerEdits::Flag::visible, true), QString("Show 3 layer(s)"));
+        QCOMPARE(textAfter(LayerEdits::Flag::mute, true), QString("Mute 3 layer(s)"));
+        QCOMPARE(textAfter(LayerEdits::Flag::mute, false), QString("Unmute 3 layer(s)"));
+        QCOMPARE(textAfter(LayerEdits::Flag::locked, true), QString("Lock 3 layer(s)"));
+        QCOMPARE(textAfter(LayerEdits::Flag::locked, false), QString("Unlock 3 layer(s)"));
+        edits.duplicate({0, 2});
+        QCOMPARE(scene.history().undoText(), QString("Duplicate 2 layer(s)"));
+    }
+
     void severalLayersAreHiddenMutedOrLockedAsOneEntry_data() {
         QTest::addColumn<int>("flag");
         QTest::newRow("visible") << static_cast<int>(LayerEdits::Flag::visible);
