@@ -105,14 +105,14 @@ private Q_SLOTS:
         scene.press(scene.at(40, 60));
         scene.moveTo(scene.at(50, 60));
         scene.drag.finish(); // As another edit does.
-        scene.document.selection().clear();
         scene.moveTo(scene.at(55, 60));
-        scene.press(scene.at(30, 110)); // Nothing is there: a new gesture.
-        scene.release(scene.at(30, 110));
-        scene.press(scene.at(50, 60));
         QCOMPARE(scene.selected(), QString("a@50"));
-        QVERIFY(scene.drag.isActive());
-        scene.release(scene.at(50, 60));
+        scene.press(scene.at(60, 90)); // A new gesture, and no button that is ignored.
+        QCOMPARE(scene.selected(), QString("b@60"));
+        scene.moveTo(scene.at(65, 90));
+        scene.release(scene.at(65, 90));
+        QCOMPARE(scene.selected(), QString("b@65"));
+        QCOMPARE(scene.entries(), 2);
     }
 
     void withShiftAKeyMovesAlongTheAxisThatWentFurther() {
