@@ -30,10 +30,20 @@ CurveMouse::CurveMouse(Document& document, Drag& drag, ViewAxis& frames, ViewAxi
     , _drag(drag)
     , _frames(frames)
     , _values(values)
-    , _band(new QRubberBand(QRubberBand::Rectangle, &view)) {}
+    , _band(new QRubberBand(QRubberBand::Rectangle, &view)) {
+    connect(&drag, &Drag::activeChanged, this, [this](bool isActive) {
+        if (!isActive && _isDragging()) {
+            _gesture = Gesture::none;
+        }
+    });
+}
 
 const ZT::EditableMotionCurveKey* CurveMouse::draggedKey() const {
-    return _gesture == Gesture::keys || _gesture == Gesture::handle ? _key.data() : nullptr;
+    return _isDragging() ? _key.data() : nullptr;
+}
+
+bool CurveMouse::_isDragging() const noexcept {
+    return _gesture == Gesture::keys || _gesture == Gesture::handle;
 }
 
 void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer,
@@ -57,6 +67,24 @@ void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement
 }
 
 void CurveMouse::moveTo(const QMouseEvent& event, const CurvePlacement& placement) {
+    if (isActive() && !event.buttons().testFlag(_button)) {
+        _end();
+    } else {
+        _follow(event, placement);
+    }
+}
+
+// The button was released where nobody saw it, as a dialog takes it: what was done so far stays.
+void CurveMouse::_end() {
+    _band->hide();
+    const bool wasDragging = _isDragging();
+    _gesture = Gesture::none;
+    if (wasDragging) {
+        _drag.finish();
+    }
+}
+
+void CurveMouse::_follow(const QMouseEvent& event, const CurvePlacement& placement) {
     const QPointF away = positionOf(event) - _startPoint(placement);
     _hasMoved = _hasMoved || std::abs(away.x()) + std::abs(away.y()) >= clickDistance;
     switch (_gesture) {
@@ -90,7 +118,7 @@ void CurveMouse::release(const QMouseEvent& event, const CurvePlacement& placeme
     if (!isActive() || event.button() != _button) {
         return;
     }
-    moveTo(event, placement);
+    _follow(event, placement);
     const Gesture gesture = std::exchange(_gesture, Gesture::none);
     const bool isShift = event.modifiers().testFlag(Qt::ShiftModifier);
     if (gesture == Gesture::band) {
@@ -145,16 +173,16 @@ void CurveMouse::_grabKey(ZT::EditableMotionCurveKey* key, bool isAdding) {
         isAdding ? selection.add({key}) : selection.set({key});
     }
     _key = key;
-    _gesture = Gesture::keys;
     _drag.begin(dragKeys(selection.keys()));
+    _gesture = Gesture::keys; // A drag that this one has ended was no gesture's of this view.
 }
 
 void CurveMouse::_grabHandle(const Hit& hit, bool ofAllSelected) {
     const KeySelection::Keys keys =
         ofAllSelected ? _document.selection().keys() : KeySelection::Keys{hit.key};
     _key = hit.key;
-    _gesture = Gesture::handle;
     _drag.begin(dragHandles(keys, *hit.key, hit.side));
+    _gesture = Gesture::handle;
 }
 
 void CurveMouse::_dragTo(const QMouseEvent& event, const CurvePlacement& placement) {

@@ -24,7 +24,8 @@ class ViewAxis;
 
 /// The gestures of the mouse over a curve view, from press to release: panning, moving the selected frame
 /// along the ruler, the rubber band, dragging keys and handles. One at a time; other buttons pressed
-/// meanwhile are ignored.
+/// meanwhile are ignored. A gesture ends with its drag, whoever ends that, and with the first move without
+/// its button; what it has done stays then.
 class CurveMouse : public QObject {
     Q_OBJECT
 
@@ -52,6 +53,9 @@ Q_SIGNALS:
 private:
     enum class Gesture : int { none, pan, scrub, band, keys, handle };
 
+    bool _isDragging() const noexcept;
+    void _follow(const QMouseEvent& event, const CurvePlacement& placement);
+    void _end();
     void _pressLeft(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer);
     void _grabKey(ZT::EditableMotionCurveKey* key, bool isAdding);
     void _grabHandle(const Hit& hit, bool ofAllSelected);

@@ -2,6 +2,7 @@
 
 #include "document/Drag.h"
 #include "document/DragKind.h"
+#include "model/FirstException.h"
 
 #include <utility>
 
@@ -9,8 +10,10 @@ namespace Editor {
 
 void dragAtOnce(Drag& drag, std::unique_ptr<DragKind> kind, const QPointF& distance) {
     drag.begin(std::move(kind));
-    drag.moveTo(distance);
-    drag.finish();
+    ZT::FirstException thrown;
+    thrown.guard([&] { drag.moveTo(distance); });
+    thrown.guard([&] { drag.finish(); }); // A step that has thrown is none.
+    thrown.rethrow();
 }
 
 } // namespace Editor

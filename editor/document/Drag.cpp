@@ -1,9 +1,10 @@
 #include "document/Drag.h"
 
 #include "document/Document.h"
-#include "document/DragEntry.h"
 #include "document/DragKind.h"
+#include "document/HistoryEntry.h"
 #include "document/KeySelection.h"
+#include "model/FirstException.h"
 
 #include <QSignalBlocker>
 
@@ -11,6 +12,8 @@
 #include <utility>
 
 namespace Editor {
+
+using ZT::FirstException;
 
 namespace {
 
@@ -28,7 +31,7 @@ Drag::Drag(Document& document)
 
 Drag::~Drag() {
     const QSignalBlocker quiet(this);
-    finish();
+    FirstException().guard([this] { finish(); }); // There is nobody left to tell.
 }
 
 void Drag::begin(std::unique_ptr<DragKind> kind) {
@@ -36,7 +39,11 @@ void Drag::begin(std::unique_ptr<DragKind> kind) {
     _kind = std::move(kind);
     _tried = QPointF();
     _lastGood = QPointF();
-    Q_EMIT activeChanged(true);
+    FirstException thrown;
+    if (!thrown.guard([this] { Q_EMIT activeChanged(true); })) {
+        thrown.guard([this] { cancel(); });
+    }
+    thrown.rethrow();
 }
 
 void Drag::moveTo(const QPointF& distance) {
@@ -49,76 +56,96 @@ void Drag::moveTo(const QPointF& distance) {
     }
     _tried = reached;
     if (isSame(reached, _lastGood)) {
-        _unblock(); // All waits there.
+        _say(QString()); // All waits there.
     } else {
-        _step(reached, false);
+        _step(reached);
     }
 }
 
 void Drag::finish() {
-    if (_entry != nullptr) {
-        _step(_lastGood, true);
-    }
-    // The drag is over before the history hears of its entry, which finishes drags.
-    std::unique_ptr<DragEntry> entry = std::move(_entry);
-    _forget();
+    // The drag is over before the history hears of its entry.
+    std::unique_ptr<HistoryEntry> entry = std::move(_entry);
+    FirstException thrown;
+    thrown.guard([this] { _forget(); });
     if (entry != nullptr) {
-        _document.history().push(entry.release()); // The history owns it.
-        _document.setDragged(false);
+        thrown.guard([&] { _document.history().take(std::move(entry)); });
+        thrown.guard([this] { _document.setDragged(false); });
     }
+    thrown.rethrow();
 }
 
 void Drag::cancel() {
-    _takeBack();
-    _document.setDragged(false);
-    _forget();
+    FirstException thrown;
+    thrown.guard([this] { _takeBack(); });
+    thrown.guard([this] { _document.setDragged(false); });
+    thrown.guard([this] { _forget(); });
+    thrown.rethrow();
 }
 
-void Drag::_step(const QPointF& distance, bool isFinal) {
-    auto command = _kind->step(distance, isFinal);
+void Drag::_step(const QPointF& distance) {
+    auto command = _kind->step(distance);
+    FirstException thrown;
+    QString why;
     if (command == nullptr) {
-        _takeBack();
         _lastGood = QPointF();
-    } else {
-        const KeySelection::Keys selected = _document.selection().keys();
-        if (_entry == nullptr) {
-            _entry = std::make_unique<DragEntry>();
-        }
-        _entry->add(std::move(command));
-        if (const QString why = _kind->problem(_entry->lastCommand()); !why.isEmpty()) {
-            _takeBack();
-            if (!_lastGood.isNull()) {
-                _entry = std::make_unique<DragEntry>();
-                _entry->add(_kind->step(_lastGood, false));
-            }
-            _document.selection().set(selected); // Keys that found no place had left it.
-            _isBlocked = true;
-            Q_EMIT blocked(why);
-            return;
-        }
+        thrown.guard([this] { _takeBack(); });
+    } else if (thrown.guard([&] { why = _add(std::move(command)); }) && why.isEmpty()) {
         _lastGood = distance;
     }
-    _document.setDragged(_entry != nullptr);
-    _unblock();
+    thrown.guard([this] { _document.setDragged(_entry != nullptr); });
+    thrown.guard([&] { _say(why); });
+    thrown.rethrow();
+}
+
+// Returns why the command, which leads on from the last good step, was taken back; empty where it was not.
+QString Drag::_add(std::unique_ptr<QUndoCommand> command) {
+    const KeySelection::Keys selected = _document.selection().keys();
+    if (_entry == nullptr) {
+        _entry = std::make_unique<HistoryEntry>(_kind->text());
+    }
+    QString why;
+    FirstException thrown;
+    bool isGood = thrown.guard([&] { _entry->add(std::move(command)); });
+    if (isGood) {
+        isGood = thrown.guard([&] { why = _kind->problem(_entry->lastCommand()); }) && why.isEmpty();
+        if (isGood) {
+            _entry->mergeLast();
+        } else {
+            thrown.guard([this] { _entry->dropLast(); });
+        }
+    }
+    if (!isGood) {
+        if (_entry->isEmpty()) {
+            _entry.reset();
+        }
+        thrown.guard([&] { _document.selection().set(selected); }); // Keys without a place had left it.
+    }
+    thrown.rethrow();
+    return why;
 }
 
 // To where the drag began.
 void Drag::_takeBack() {
-    if (const std::unique_ptr<DragEntry> entry = std::move(_entry)) {
+    if (const std::unique_ptr<HistoryEntry> entry = std::move(_entry)) {
         entry->undo();
+        entry->thrown().rethrow();
     }
 }
 
-void Drag::_unblock() {
-    if (std::exchange(_isBlocked, false)) {
-        Q_EMIT blocked(QString());
+// A block, or with an empty text that it is over.
+void Drag::_say(const QString& why) {
+    const bool wasBlocked = std::exchange(_isBlocked, !why.isEmpty());
+    if (wasBlocked || _isBlocked) {
+        Q_EMIT blocked(why);
     }
 }
 
 void Drag::_forget() {
     if (std::exchange(_kind, nullptr) != nullptr) {
-        _unblock();
-        Q_EMIT activeChanged(false);
+        FirstException thrown;
+        thrown.guard([this] { _say(QString()); });
+        thrown.guard([this] { Q_EMIT activeChanged(false); });
+        thrown.rethrow();
     }
 }
 

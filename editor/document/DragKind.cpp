@@ -59,7 +59,7 @@ public:
                 distance.y()};
     }
 
-    Command step(const QPointF& distance, bool isFinal) override {
+    Command step(const QPointF& distance) override {
         const QPointF reached = reach(distance);
         _frames = reached.x();
         if (reached.isNull()) {
@@ -69,7 +69,12 @@ public:
         for (const Origin& origin : _origins) {
             *target++ = QPointF(origin.frame + _frames, inFloatRange(double{origin.value}, reached.y()));
         }
-        return std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(_targets, isFinal);
+        return std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(_targets, false);
+    }
+
+    QString text() const override {
+        return QCoreApplication::translate("Editor::DragKind", "Move %n key(s)", nullptr,
+                                           static_cast<int>(_origins.size()));
     }
 
     QString problem(const QUndoCommand& /*command*/) const override {
@@ -109,7 +114,7 @@ public:
 
     QPointF reach(const QPointF& distance) const override { return distance; }
 
-    Command step(const QPointF& distance, bool isFinal) override {
+    Command step(const QPointF& distance) override {
         if (distance.isNull()) {
             return nullptr;
         }
@@ -118,7 +123,15 @@ public:
         const double inside = _side == ZT::TangentSide::left ? std::min(x, 0.0) : std::max(x, 0.0);
         const double y = inFloatRange(_origin.y(), distance.y());
         return std::make_unique<ZT::AnimCmd::MoveTangentCommand>(_keys, _side, VQ::Math::toFloat(inside),
-                                                                 VQ::Math::toFloat(y), isFinal);
+                                                                 VQ::Math::toFloat(y), false);
+    }
+
+    QString text() const override {
+        const auto count = std::count_if(_keys.cbegin(), _keys.cend(), [this](const auto* key) {
+            return key->getTangentType(_side) == VQ::Math::Interpolation::InterpolationType::bezier;
+        });
+        return QCoreApplication::translate("Editor::DragKind", "Move %n handle(s)", nullptr,
+                                           static_cast<int>(count));
     }
 
 private:

@@ -23,10 +23,14 @@ public:
     /// Where a drag to @p distance (frames, value units; finite) from where it began leads to: whole frames,
     /// no further than there is room. What leads to the same place is the same step.
     virtual QPointF reach(const QPointF& distance) const = 0;
-    /// The command that leads to reach() of @p distance; null where the drag began there.
-    virtual std::unique_ptr<QUndoCommand> step(const QPointF& distance, bool isFinal) = 0;
+    /// The command that leads from the step before to reach() of @p distance; null where the drag began
+    /// there. Never a final one: the commands merge inside the drag's entry, and an entry that has left the
+    /// drag merges with none.
+    virtual std::unique_ptr<QUndoCommand> step(const QPointF& distance) = 0;
+    /// What the entry in the history says.
+    virtual QString text() const = 0;
 
-    /// Why the step just done, as @p command or merged into it, must be taken back; empty when it need not.
+    /// Why @p command, the step just done, must be taken back; empty when it need not.
     virtual QString problem(const QUndoCommand& command) const;
 };
 

@@ -1,74 +1,23 @@
 #include "document/Macro.h"
 
 #include "document/History.h"
+#include "document/HistoryEntry.h"
 
-#include <algorithm>
-#include <exception>
 #include <utility>
-#include <vector>
 
 namespace Editor {
 
-namespace {
-
-// Slots that have thrown when a command was done may do so again when it is undone; the command goes on
-// behind them, and there is nobody left to tell.
-void takeBack(QUndoCommand& command) noexcept {
-    try {
-        command.undo();
-    } catch (...) { // NOLINT(bugprone-empty-catch)
-    }
-}
-
-} // namespace
-
-// Its commands are done before the history has it: the first redo(), by which the history takes it, does
-// nothing.
-class Macro::Entry : public QUndoCommand {
-public:
-    using QUndoCommand::QUndoCommand;
-
-    void undo() override {
-        std::for_each(_commands.rbegin(), _commands.rend(), [](const auto& command) { command->undo(); });
-    }
-
-    void redo() override {
-        if (!std::exchange(_isDone, false)) {
-            std::for_each(_commands.begin(), _commands.end(), [](const auto& command) { command->redo(); });
-        }
-    }
-
-    void add(std::unique_ptr<QUndoCommand> command) {
-        _commands.push_back(std::move(command));
-        try {
-            _commands.back()->redo();
-        } catch (...) {
-            takeBack(*_commands.back());
-            _commands.pop_back();
-            throw;
-        }
-    }
-
-    void takeAllBack() noexcept {
-        std::for_each(_commands.rbegin(), _commands.rend(), [](const auto& command) { takeBack(*command); });
-    }
-
-    bool isEmpty() const noexcept { return _commands.empty(); }
-
-private:
-    std::vector<std::unique_ptr<QUndoCommand>> _commands;
-    bool _isDone = true;
-};
-
 Macro::Macro(History& history, const QString& text)
     : _history(history)
-    , _entry(std::make_unique<Entry>(text)) {
+    , _entry(std::make_unique<HistoryEntry>(text)) {
     Q_EMIT history.aboutToChange();
 }
 
+// Slots that have thrown when a command was done may do so again when it is undone; there is nobody left to
+// tell.
 Macro::~Macro() {
     if (_entry != nullptr) {
-        _entry->takeAllBack();
+        _entry->undo();
     }
 }
 
@@ -78,7 +27,7 @@ void Macro::add(std::unique_ptr<QUndoCommand> command) {
 
 void Macro::commit() {
     if (!_entry->isEmpty()) {
-        _history.push(_entry.release());
+        _history.take(std::move(_entry));
     }
 }
 

@@ -8,6 +8,7 @@
 namespace Editor {
 
 class History;
+class HistoryEntry;
 
 /// Edits on their way to one entry of the history: each command is done as it is added. Where commit() is not
 /// reached, as when an exception passes, all are undone; the history, with what can be redone, is as it was.
@@ -29,10 +30,8 @@ public:
     static void push(History& history, std::unique_ptr<QUndoCommand> command);
 
 private:
-    class Entry;
-
     History& _history;
-    std::unique_ptr<Entry> _entry; ///< null once it is committed
+    std::unique_ptr<HistoryEntry> _entry; ///< null once it is committed
 };
 
 } // namespace Editor

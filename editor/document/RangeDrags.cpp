@@ -4,6 +4,7 @@
 #include "commands/MoveRangeCommand.h"
 #include "document/Document.h"
 #include "model/AnimationMarkers.h"
+#include "model/FirstException.h"
 
 #include <QCoreApplication>
 #include <QHash>
@@ -76,7 +77,7 @@ public:
     using RangeKind::RangeKind;
 
     // From where the range and the keys are now: each step moves on what the one before has left.
-    Command step(const QPointF& distance, bool isFinal) override {
+    Command step(const QPointF& distance) override {
         const unsigned int newStart = target(distance);
         if (newStart == _start) {
             return nullptr;
@@ -86,8 +87,10 @@ public:
         const unsigned int end = markers.rangeEndIndex();
         const unsigned int newEnd = newStart + (end - start);
         const Frames keys = keysBetween(_document, std::min(start, newStart), std::max(end, newEnd));
-        return std::make_unique<ZT::AnimCmd::MoveRangeCommand>(&markers, keys, start, end, newStart, isFinal);
+        return std::make_unique<ZT::AnimCmd::MoveRangeCommand>(&markers, keys, start, end, newStart, false);
     }
+
+    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Move range"); }
 
 protected:
     unsigned int grabbed() const override { return _start; }
@@ -112,7 +115,7 @@ public:
     }
 
     // Each step from what the drag began with.
-    Command step(const QPointF& distance, bool isFinal) override {
+    Command step(const QPointF& distance) override {
         const unsigned int moved = target(distance);
         if (moved == grabbed()) {
             return nullptr;
@@ -120,11 +123,13 @@ public:
         ZT::AnimationMarkers* const markers = &_document.markers();
         if (_isEmpty()) {
             return std::make_unique<ZT::AnimCmd::ChangeRangeCommand>(
-                markers, Frames(), _isStart() ? moved : _start, _isStart() ? _end : moved, isFinal);
+                markers, Frames(), _isStart() ? moved : _start, _isStart() ? _end : moved, false);
         }
-        return std::make_unique<ZT::AnimCmd::StretchRangeCommand>(markers, _keys, _start, _end, moved,
-                                                                  isFinal, _side);
+        return std::make_unique<ZT::AnimCmd::StretchRangeCommand>(markers, _keys, _start, _end, moved, false,
+                                                                  _side);
     }
+
+    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Stretch range"); }
 
 protected:
     unsigned int grabbed() const override { return _isStart() ? _start : _end; }
@@ -154,22 +159,28 @@ private:
 
 class ShowRangeCommand : public ZT::AnimCmd::ChangeRangeCommand {
 public:
-    ShowRangeCommand(ZT::AnimationMarkers& markers, unsigned int start, unsigned int end, bool isFinal)
-        : ChangeRangeCommand(&markers, {}, start, end, isFinal)
+    ShowRangeCommand(ZT::AnimationMarkers& markers, unsigned int start, unsigned int end)
+        : ChangeRangeCommand(&markers, {}, start, end, false)
         , _markers(markers)
         , _wasVisible(markers.isRangeVisible()) {}
 
     void undo() override {
-        ChangeRangeCommand::undo();
-        _markers.setRangeVisible(_wasVisible);
+        _then([this] { ChangeRangeCommand::undo(); }, _wasVisible);
     }
 
     void redo() override {
-        ChangeRangeCommand::redo();
-        _markers.setRangeVisible(true);
+        _then([this] { ChangeRangeCommand::redo(); }, true);
     }
 
 private:
+    template <class Change>
+    void _then(Change change, bool isVisible) {
+        ZT::FirstException thrown;
+        thrown.guard(change);
+        thrown.guard([&] { _markers.setRangeVisible(isVisible); });
+        thrown.rethrow();
+    }
+
     ZT::AnimationMarkers& _markers;
     bool _wasVisible;
 };
@@ -180,14 +191,16 @@ public:
         : RangeKind(document)
         , _frame(frame) {}
 
-    Command step(const QPointF& distance, bool isFinal) override {
+    Command step(const QPointF& distance) override {
         const unsigned int other = target(distance);
         if (other == _frame) {
             return nullptr;
         }
         return std::make_unique<ShowRangeCommand>(_document.markers(), std::min(_frame, other),
-                                                  std::max(_frame, other), isFinal);
+                                                  std::max(_frame, other));
     }
+
+    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Make range"); }
 
 protected:
     unsigned int grabbed() const override { return _frame; }

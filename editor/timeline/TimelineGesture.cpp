@@ -9,6 +9,7 @@
 #include <QApplication>
 
 #include <algorithm>
+#include <utility>
 
 namespace Editor {
 
@@ -131,27 +132,29 @@ std::unique_ptr<DragKind> TimelineGesture::_dragKind() const {
 
 void TimelineGesture::release(const TimelineLayout& layout, const QPoint& point) {
     move(layout, point);
-    if (_kind == Kind::dragging) {
-        _drag.finish();
-    } else if (_kind == Kind::waiting && _target.isKey() && !_isToggling) {
+    if (_kind == Kind::waiting && _target.isKey() && !_isToggling) {
         _document.selection().set(_target.keys(_document));
     } else if (_kind == Kind::band) {
         _selectBand(layout);
     }
-    _kind = Kind::none;
+    end();
+}
+
+void TimelineGesture::end() {
+    if (std::exchange(_kind, Kind::none) == Kind::dragging) {
+        _drag.finish();
+    }
 }
 
 bool TimelineGesture::cancel() {
-    if (_kind == Kind::none) {
-        return false;
-    }
     if (movesMarker()) {
         _setMarker(_before);
-    } else if (_kind == Kind::dragging) {
+    }
+    const Kind kind = std::exchange(_kind, Kind::none);
+    if (kind == Kind::dragging) {
         _drag.cancel();
     }
-    _kind = Kind::none;
-    return true;
+    return kind != Kind::none;
 }
 
 // In the rows it stays in their visible part, so that nothing is selected that cannot be seen; on the summary

@@ -27,9 +27,12 @@ public:
     void release(const TimelineLayout& layout, const QPoint& point);
     /// Gives back what was there when the button was pressed. Returns false where no gesture is under way.
     bool cancel();
-    /// The gesture is over, and what it has done so far stays.
+    /// The button was released where nobody saw it: what the gesture has done so far stays. Finishes its
+    /// drag.
+    void end();
+    /// The gesture is over, and its drag is another's concern.
     void forget() noexcept { _kind = Kind::none; }
-    /// The same where the drag was this gesture's.
+    /// The gesture is over where the drag was its own.
     void dragEnded() noexcept { _kind = _kind == Kind::dragging ? Kind::none : _kind; }
 
     bool isActive() const noexcept { return _kind != Kind::none; }

@@ -249,6 +249,13 @@ void TimelineView::mousePressEvent(QMouseEvent* event) {
 }
 
 void TimelineView::mouseMoveEvent(QMouseEvent* event) {
+    if (_panned && !event->buttons().testFlag(Qt::MiddleButton)) {
+        _panned.reset();
+    }
+    if (_gesture.isActive() && !event->buttons().testFlag(Qt::LeftButton)) {
+        _repaintBand(); // It is gone then.
+        _gesture.end();
+    }
     if (_panned) {
         _panTo(event->pos());
         return;

@@ -1,13 +1,16 @@
 #include "window/HandleNumbers.h"
 
 #include "base/math/FloatBits.h"
+#include "commands/MoveTangentCommand.h"
 #include "document/Document.h"
 #include "document/KeyEdits.h"
+#include "document/Macro.h"
 
 #include <QCoreApplication>
 #include <QHash>
 
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace Editor {
@@ -42,28 +45,25 @@ void HandleNumbers::_keepIfSame(std::optional<float>& common, float own) const {
     }
 }
 
-void HandleNumbers::set(Number number, float to, Document& document, KeyEdits& edits) const {
+void HandleNumbers::set(Number number, float to, Document& document) const {
     const Number other = number == Number::frames ? Number::value : Number::frames;
     QHash<quint32, KeySelection::Keys> groups; // By the bits of the other number, since NaN equals nothing.
     for (EditableMotionCurveKey* const key : _keys) {
-        if (_hasHandle(*key) && _get(*key, number) != to) {
+        if (_hasHandle(*key) && std::isfinite(_get(*key, other)) && _get(*key, number) != to) {
             groups[VQ::Math::floatBits(_get(*key, other))].insert(key);
         }
     }
-    if (groups.isEmpty()) {
+    if (groups.isEmpty() || !std::isfinite(to)) {
         return;
     }
-    if (groups.size() > 1) {
-        document.history().beginMacro(QCoreApplication::translate("Editor::HandleNumbers", "Change handles"));
-    }
+    Macro macro(document.history(), QCoreApplication::translate("Editor::HandleNumbers", "Change handles"));
     for (const KeySelection::Keys& keys : std::as_const(groups)) {
-        const double kept = double{_get(**keys.begin(), other)};
-        edits.setHandle(keys, _side,
-                        number == Number::frames ? QPointF(double{to}, kept) : QPointF(kept, double{to}));
+        const float kept = _get(**keys.begin(), other);
+        const bool isFrames = number == Number::frames;
+        macro.add(std::make_unique<ZT::AnimCmd::MoveTangentCommand>(keys, _side, isFrames ? to : kept,
+                                                                    isFrames ? kept : to, true));
     }
-    if (groups.size() > 1) {
-        document.history().endMacro();
-    }
+    macro.commit();
 }
 
 bool HandleNumbers::_hasHandle(const EditableMotionCurveKey& key) const {

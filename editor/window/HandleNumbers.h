@@ -8,7 +8,6 @@
 namespace Editor {
 
 class Document;
-class KeyEdits;
 
 /// The numbers of the "bezier" handles that some keys have on one side.
 class HandleNumbers {
@@ -27,8 +26,9 @@ public:
     std::optional<float> common(Number number) const;
 
     /// Gives all handles one number; each keeps its other one. One entry of the history, none where nothing
-    /// changes.
-    void set(Number number, float to, Document& document, KeyEdits& edits) const;
+    /// changes. What slots throw is thrown when all is as it was. Handles with a number that is not finite
+    /// stay.
+    void set(Number number, float to, Document& document) const;
 
 private:
     void _keepIfSame(std::optional<float>& common, float own) const;

@@ -244,7 +244,7 @@ void KeyPanel::_moveTo(double frame) {
 
 void KeyPanel::_setHandle(TangentSide side, HandleNumbers::Number which, double number) {
     HandleNumbers(_workspace.document.selection().keys(), side)
-        .set(which, VQ::Math::toFloat(number), _workspace.document, _workspace.edits);
+        .set(which, VQ::Math::toFloat(number), _workspace.document);
 }
 
 } // namespace Editor

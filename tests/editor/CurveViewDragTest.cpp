@@ -1,5 +1,7 @@
 #include "CurveViewScene.h"
 
+#include <QRubberBand>
+
 #include <cmath>
 
 using Scene = CurveViewScene;
@@ -67,6 +69,50 @@ private Q_SLOTS:
         scene.release(scene.at(40, 60));
         QCOMPARE(scene.state(), before);
         QCOMPARE(scene.entries(), 0);
+    }
+
+    // A dialog that opens in the middle of a gesture takes the release.
+    void aMoveWithoutTheButtonEndsTheGestureWhereItWas() {
+        Scene scene(twoLayers);
+        scene.press(scene.at(40, 60));
+        scene.moveTo(scene.at(50, 60));
+        scene.moveTo(scene.at(55, 60), {}, Qt::NoButton);
+        QVERIFY(!scene.drag.isActive());
+        QCOMPARE(scene.selected(), QString("a@50"));
+        QCOMPARE(scene.entries(), 1);
+        scene.moveTo(scene.at(57, 60), {}, Qt::RightButton);
+        scene.release(scene.at(57, 60));
+        QCOMPARE(scene.selected(), QString("a@50"));
+        QCOMPARE(scene.entries(), 1);
+        scene.dragBetween(scene.at(50, 60), scene.at(52, 60));
+        QCOMPARE(scene.selected(), QString("a@52"));
+    }
+
+    void aBandWithoutTheButtonSelectsNothing() {
+        Scene scene(twoLayers);
+        scene.press(scene.at(20, -10));
+        scene.moveTo(scene.at(60, 110));
+        auto* const band = scene.view->findChild<QRubberBand*>();
+        QVERIFY(band->isVisible());
+        scene.moveTo(scene.at(61, 110), {}, Qt::NoButton);
+        QVERIFY(!band->isVisible());
+        scene.release(scene.at(61, 110));
+        QCOMPARE(scene.selected(), QString());
+    }
+
+    void aGestureEndsWithItsDrag() {
+        Scene scene(twoLayers);
+        scene.press(scene.at(40, 60));
+        scene.moveTo(scene.at(50, 60));
+        scene.drag.finish(); // As another edit does.
+        scene.moveTo(scene.at(55, 60));
+        QCOMPARE(scene.selected(), QString("a@50"));
+        scene.press(scene.at(60, 90)); // A new gesture, and no button that is ignored.
+        QCOMPARE(scene.selected(), QString("b@60"));
+        scene.moveTo(scene.at(65, 90));
+        scene.release(scene.at(65, 90));
+        QCOMPARE(scene.selected(), QString("b@65"));
+        QCOMPARE(scene.entries(), 2);
     }
 
     void withShiftAKeyMovesAlongTheAxisThatWentFurther() {

@@ -1,6 +1,5 @@
 #include "document/DragKind.h"
 
-#include "commands/MergeableCommand.h"
 #include "document/RangeDrags.h"
 #include "tests/editor/support/Scene.h"
 
@@ -18,7 +17,7 @@ class DragKindTest : public QObject {
 
 private Q_SLOTS:
     void noKindHasAStepWhereItBegan();
-    void onlyTheLastStepIsFinal();
+    void eachKindNamesItsEntry();
     void makingAStepChangesNothing();
     void distancesAreRoundedToWholeFrames();
     void aPlaceThatIsReachedIsReachedAgain();
@@ -47,22 +46,28 @@ void DragKindTest::noKindHasAStepWhereItBegan() {
     scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
     scene.setRange(8, 12);
     for (const auto& kind : allKinds(scene)) {
-        QVERIFY(kind->step({0, 0}, false) == nullptr);
-        QVERIFY(kind->step({-0.0, 0}, true) == nullptr);
-        QVERIFY(kind->step({1, 0}, false) != nullptr);
+        QVERIFY(kind->step({0, 0}) == nullptr);
+        QVERIFY(kind->step({-0.0, 0}) == nullptr);
+        QVERIFY(kind->step({1, 0}) != nullptr);
     }
 }
 
-void DragKindTest::onlyTheLastStepIsFinal() {
+void DragKindTest::eachKindNamesItsEntry() {
     Scene scene;
-    scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    Key* const key = scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
+    Key* const other = scene.add(1, 10, bezier(0, {-1, 0}, {1, 0}));
+    Key* const linear = scene.add(2, 10, record(0));
     scene.setRange(8, 12);
+    QStringList texts;
     for (const auto& kind : allKinds(scene)) {
-        for (const bool isFinal : {false, true}) {
-            const auto command = kind->step({1, 0}, isFinal);
-            QCOMPARE(dynamic_cast<const ZT::MergeableCommand&>(*command).isFinalCommand(), isFinal);
-        }
+        texts.append(kind->text());
     }
+    QCOMPARE(texts, (QStringList{"Move 1 key(s)", "Move 1 handle(s)", "Move range", "Stretch range",
+                                 "Stretch range", "Make range"}));
+    Key loose;
+    QCOMPARE(Editor::dragKeys({key, other, linear, &loose})->text(), QString("Move 3 key(s)"));
+    QCOMPARE(Editor::dragHandles({key, other, linear}, *key, Side::right)->text(),
+             QString("Move 2 handle(s)"));
 }
 
 void DragKindTest::makingAStepChangesNothing() {
@@ -70,7 +75,7 @@ void DragKindTest::makingAStepChangesNothing() {
     scene.add(0, 10, bezier(0, {-1, 0}, {1, 0}));
     scene.setRange(8, 12);
     for (const auto& kind : allKinds(scene)) {
-        checkNothingHappens(scene, [&] { kind->step({1, 2}, false).reset(); });
+        checkNothingHappens(scene, [&] { kind->step({1, 2}).reset(); });
     }
 }
 
@@ -80,13 +85,13 @@ void DragKindTest::distancesAreRoundedToWholeFrames() {
     scene.setRange(10, 10);
     for (const double distance : {1.5, 2.0, 2.49}) {
         const auto kind = Editor::dragKeys({scene.key(0, 10)});
-        const auto command = kind->step({distance, 0}, true);
+        const auto command = kind->step({distance, 0});
         command->redo();
         QCOMPARE(scene.frames(), QString("12"));
         command->undo();
-        QVERIFY(kind->step({0.49, 0}, true) == nullptr);
+        QVERIFY(kind->step({0.49, 0}) == nullptr);
         const auto range = Editor::dragRange(scene.document);
-        const auto move = range->step({distance, 0}, true);
+        const auto move = range->step({distance, 0});
         move->redo();
         QCOMPARE(scene.range(), QString("12-12"));
         move->undo();
@@ -102,7 +107,7 @@ void DragKindTest::aPlaceThatIsReachedIsReachedAgain() {
             const QPointF reached = kind->reach({frames, 0});
             const QPointF again = kind->reach(reached);
             QVERIFY(again.x() == reached.x() && again.y() == reached.y());
-            QCOMPARE(kind->step(reached, false) == nullptr, kind->step({frames, 0}, false) == nullptr);
+            QCOMPARE(kind->step(reached) == nullptr, kind->step({frames, 0}) == nullptr);
         }
         QCOMPARE(kind->reach({0, 0}), QPointF(0, 0));
     }
@@ -116,9 +121,9 @@ void DragKindTest::aPlaceThatIsReachedIsReachedAgain() {
 void DragKindTest::keysInNoCurveAreLeftOut() {
     Scene scene;
     Key loose;
-    QVERIFY(Editor::dragKeys({&loose})->step({3, 3}, false) == nullptr);
+    QVERIFY(Editor::dragKeys({&loose})->step({3, 3}) == nullptr);
     const auto kind = Editor::dragKeys({&loose, scene.add(0, 10)});
-    const auto command = kind->step({3, 3}, false);
+    const auto command = kind->step({3, 3});
     command->redo();
     QCOMPARE(scene.frames(), QString("13"));
     QCOMPARE(loose.getValue(), 0.0F);
@@ -130,7 +135,7 @@ void DragKindTest::theProblemNamesTheFrameAndTheLayer() {
     Key* const key = scene.add(0, 10);
     scene.add(0, 12);
     const auto kind = Editor::dragKeys({key});
-    const auto command = kind->step({2, 0}, false);
+    const auto command = kind->step({2, 0});
     command->redo();
     QCOMPARE(kind->problem(*command), QString("Frame 12 of %1 of %2 is taken by a key that is not dragged."));
 }
@@ -140,13 +145,13 @@ void DragKindTest::aHandleThatIsNotFiniteIsGrabbedAtItsKey() {
     Scene scene;
     for (const float x : {infinity, -infinity, std::numeric_limits<float>::quiet_NaN()}) {
         Key* const key = scene.add(0, 10, bezier(0, {-1, 0}, {x, 1}));
-        const auto command = Editor::dragHandles({key}, *key, Side::right)->step({2, 3}, true);
+        const auto command = Editor::dragHandles({key}, *key, Side::right)->step({2, 3});
         command->redo();
         QVERIFY(key->getTangentOffset(Side::right) == qMakePair(2.0F, 3.0F));
         command->undo();
     }
     Key* const key = scene.add(0, 20, bezier(0, {-1, 0}, {1, 1}));
-    const auto command = Editor::dragHandles({key}, *key, Side::left)->step({-1e300, 1e300}, true);
+    const auto command = Editor::dragHandles({key}, *key, Side::left)->step({-1e300, 1e300});
     command->redo();
     constexpr float largest = std::numeric_limits<float>::max();
     QVERIFY(key->getTangentOffset(Side::left) == qMakePair(-largest, largest));

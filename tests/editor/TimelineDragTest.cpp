@@ -16,6 +16,23 @@ private Q_SLOTS:
         QCOMPARE(scene.selected(), QString("arm@26"));
     }
 
+    // A dialog that opens in the middle of a gesture takes the release.
+    void aMoveWithoutTheButtonEndsTheGestureWhereItWas() {
+        TimelineScene scene;
+        checkEdit(scene, [&scene] {
+            scene.pull(scene.inRow(0, 20), scene.inRow(0, 24));
+            scene.moveTo(scene.inRow(0, 27), Qt::NoButton);
+            QVERIFY(!scene.drag.isActive());
+            scene.moveTo(scene.inRow(0, 28), Qt::RightButton);
+            scene.release(scene.inRow(0, 28));
+        });
+        QCOMPARE(scene.frames(0), QString("0 10 24 30"));
+        const double first = scene.axis->first();
+        scene.press(scene.inRow(0, 15), {}, Qt::MiddleButton);
+        scene.moveTo(scene.inRow(0, 25), Qt::NoButton);
+        QCOMPARE(scene.axis->first(), first);
+    }
+
     void allSelectedKeysFollow() {
         TimelineScene scene;
         scene.select(0, {10, 20});
