@@ -79,6 +79,11 @@ private Q_SLOTS:
         QVERIFY_EXCEPTION_THROWN(shown.fail(), std::runtime_error);
         QCOMPARE(shown.show(Qt::blue), 1);
         QCOMPARE(shown.firstPixel(), QColor(Qt::blue));
+    }
+
+    void oneThatWasThereBeforeDoesNotStandForIt() {
+        Shown shown;
+        QCOMPARE(shown.show(Qt::blue), 1);
         shown.picture.spoil();
         QVERIFY_EXCEPTION_THROWN(shown.fail(), std::runtime_error);
         QCOMPARE(shown.show(Qt::green), 1);
