@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QString>
 #include <QUndoStack>
+
+class QAction;
 
 namespace Editor {
 
@@ -20,8 +23,11 @@ public:
     void beginMacro(const QString& text);
     void clear();
 
+    /// As QUndoStack's, but what they trigger is undo() and redo() of this class. @p parent owns them.
+    QAction* createUndoAction(QObject* parent, const QString& prefix = {});
+    QAction* createRedoAction(QObject* parent, const QString& prefix = {});
+
 public Q_SLOTS:
-    // The actions of QUndoStack call these by name, and so find them here.
     void undo();
     void redo();
     void setIndex(int index);
