@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QString>
 #include <QUndoStack>
 
 #include <memory>
+
+class QAction;
 
 namespace Editor {
 
@@ -30,8 +33,11 @@ public:
     void take(std::unique_ptr<HistoryEntry> entry);
     void clear();
 
+    /// As QUndoStack's, but what they trigger is undo() and redo() of this class. @p parent owns them.
+    QAction* createUndoAction(QObject* parent, const QString& prefix = {});
+    QAction* createRedoAction(QObject* parent, const QString& prefix = {});
+
 public Q_SLOTS:
-    // The actions of QUndoStack call these by name, and so find them here.
     void undo();
     void redo();
     void setIndex(int index);

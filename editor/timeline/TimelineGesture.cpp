@@ -164,6 +164,9 @@ QRect TimelineGesture::band(const TimelineLayout& layout) const {
         return {};
     }
     const QRect part = _isOnSummary ? layout.summary() : layout.rows();
+    if (part.isEmpty()) { // The view became too small meanwhile.
+        return {};
+    }
     const int fromX = layout.x(_pressedFrame);
     const int fromY = _isOnSummary ? part.top() : layout.viewY(_pressedY);
     const int toX = qBound(part.left(), _point.x(), part.right());

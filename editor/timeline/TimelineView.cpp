@@ -115,8 +115,9 @@ void TimelineView::setCurrentLayer(int index) {
     if (current >= 0) {
         const TimelineLayout now = parts();
         const int top = current * now.rowHeight();
+        const int least = top + now.rowHeight() - now.rows().height(); // Above top where no row fits.
         QScrollBar* const bar = verticalScrollBar();
-        bar->setValue(qBound(top + now.rowHeight() - now.rows().height(), bar->value(), top));
+        bar->setValue(std::max(least, std::min(bar->value(), top)));
     }
     _repaint();
     Q_EMIT currentLayerChanged(current);

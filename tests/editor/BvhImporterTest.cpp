@@ -97,7 +97,7 @@ void BvhImporterTest::lineEndingsOfAnyKindGiveTheSame() {
 
 void BvhImporterTest::wordsOfTheHierarchyMayStandOnAnyLine() {
     QByteArray text = goodFile;
-    const int motion = text.indexOf("Frames:");
+    const auto motion = text.indexOf("Frames:");
     text = text.left(motion).replace("\n", " ") + "\n" + text.mid(motion);
     QCOMPARE(show(read(text)), show(read(goodFile)));
 }

@@ -214,7 +214,8 @@ private Q_SLOTS:
         scene.press(scene.at(40, 60), {}, Qt::RightButton);
         scene.release(scene.at(40, 60), {}, Qt::RightButton);
         QCOMPARE(scene.document.selection().keys().size(), 5);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, scene.at(40, 60));
+        const QPoint at = scene.at(40, 60);
+        QContextMenuEvent event(QContextMenuEvent::Mouse, at, scene.view->mapToGlobal(at));
         QApplication::sendEvent(scene.view.get(), &event);
         QCOMPARE(menus.count(), 1);
     }

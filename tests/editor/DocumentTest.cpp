@@ -257,9 +257,8 @@ void DocumentTest::everyEditIsAnnounced() {
     Scene scene;
     const Keys keys = scene.add(0, {5, 6});
     const QSignalSpy changes(&scene.document, &Document::changed);
-    int before = 0;
     const auto isAnnounced = [&](auto edit) {
-        before = changes.count();
+        const auto before = changes.count();
         edit();
         return changes.count() > before;
     };

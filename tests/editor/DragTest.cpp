@@ -209,7 +209,7 @@ void DragTest::movesToTheSamePlaceAreOneStep() {
     Gesture gesture(scene);
     const QSignalSpy changes(&scene.document, &Editor::Document::changed);
     const auto changesBy = [&](std::initializer_list<QPointF> distances) {
-        const int before = changes.size();
+        const auto before = changes.size();
         for (const QPointF& distance : distances) {
             gesture.drag.moveTo(distance);
         }

@@ -269,8 +269,8 @@ void KeyClipboardTest::damagedDataChangeNothing_data() {
                                   << "root element";
     QTest::newRow("a bad frame") << animationText(layerText("arm", "-3")) << "attribute \"frame\"";
     QTest::newRow("a bad value") << QString(good).replace("1.5", "x") << "attribute \"value\"";
-    const int key = good.indexOf("<key");
-    const int behind = good.indexOf("</curve>");
+    const auto key = good.indexOf("<key");
+    const auto behind = good.indexOf("</curve>");
     QTest::newRow("a doubled key") << QString(good).insert(behind, good.mid(key, behind - key)) << "frame";
 }
 

@@ -109,6 +109,18 @@ private Q_SLOTS:
         QVERIFY(scene.view.grab().toImage() == before);
     }
 
+    void inAViewThatHasBecomeTooLowForRowsARubberBandSelectsNothing() {
+        TimelineScene scene;
+        const QPoint to = scene.inRow(1, 25);
+        scene.pull(scene.inRow(0, 5), to);
+        scene.view.resize(900, scene.view.parts().summary().bottom());
+        QVERIFY(scene.view.parts().rows().isEmpty());
+        scene.moveTo(to);
+        scene.view.grab();
+        scene.release(to);
+        QCOMPARE(scene.selected(), QString());
+    }
+
     void escapeTakesARubberBandBackAndThenDeselects() {
         TimelineScene scene;
         scene.select(0, {20});
