@@ -43,7 +43,8 @@ QString asGoogleTestShows(const Object& object) {
 
 template <class Object>
 QString asQtTestShows(const Object& object) {
-    const std::unique_ptr<char[]> text(QTest::toString(object));
+    using QTest::toString; // As QCOMPARE looks for it.
+    const std::unique_ptr<char[]> text(toString(object));
     return QString::fromUtf8(text.get());
 }
 
@@ -108,8 +109,8 @@ private Q_SLOTS:
         const auto live = animation();
         Key* const key = (*live->begin())->getCurve()->getKey(5);
         key->setSymmetrical(true);
-        QVERIFY(debugged(key).startsWith("key at 5: 0.1, left bezier (-3, -0.25), right bezier"));
-        QVERIFY(debugged(key).endsWith(", symmetrical"));
+        QVERIFY(debugged(key).startsWith("key at 5: 0.1, left bezier ("));
+        QVERIFY(debugged(key).endsWith("), symmetrical"));
         key->setSmooth(true);
         QVERIFY(debugged(key).endsWith(", smooth, symmetrical"));
         QCOMPARE(asGoogleTestShows(key), debugged(key));
