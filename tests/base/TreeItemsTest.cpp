@@ -72,7 +72,8 @@ private slots:
         QTest::newRow("minus infinite") << -std::numeric_limits<float>::infinity() << "-inf";
         QTest::newRow("not a number") << std::numeric_limits<float>::quiet_NaN() << "nan";
         QTest::newRow("not a number with a sign") << VQ::Math::floatFromBits(0xffc00000) << "-nan";
-        QTest::newRow("an unusual one with a sign") << VQ::Math::floatFromBits(0xffc00001) << "nan(0xffc00001)";
+        QTest::newRow("an unusual one with a sign")
+            << VQ::Math::floatFromBits(0xffc00001) << "nan(0xffc00001)";
     }
 
     void numbersAreWrittenShort() {
