@@ -8,6 +8,7 @@
 #include <QDebugStateSaver>
 
 #include <ostream>
+#include <utility>
 
 namespace ZT {
 
@@ -77,23 +78,23 @@ QDebug show(QDebug debug, const std::string& text) {
 } // namespace
 
 QDebug operator<<(QDebug debug, const EditableMotionCurveKey* key) {
-    return show(debug, textOf(key));
+    return show(std::move(debug), textOf(key));
 }
 
 QDebug operator<<(QDebug debug, const EditableMotionCurve* curve) {
-    return show(debug, textOf(curve));
+    return show(std::move(debug), textOf(curve));
 }
 
 QDebug operator<<(QDebug debug, const EditableAnimationLayer* layer) {
-    return show(debug, textOf(layer));
+    return show(std::move(debug), textOf(layer));
 }
 
 QDebug operator<<(QDebug debug, const EditableAnimation* animation) {
-    return show(debug, textOf(animation));
+    return show(std::move(debug), textOf(animation));
 }
 
 QDebug operator<<(QDebug debug, const AnimationMarkers* markers) {
-    return show(debug, textOf(markers));
+    return show(std::move(debug), textOf(markers));
 }
 
 void PrintTo(const EditableMotionCurveKey* key, std::ostream* stream) {

@@ -13,7 +13,7 @@ constexpr std::size_t mostFrames = 8;
 
 // As the stream is set up, numbers would be rounded, and look otherwise under other locales.
 std::string_view shortest(float number, std::array<char, 32>& buffer) {
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
+    const char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), number).ptr;
     return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
 }
 
