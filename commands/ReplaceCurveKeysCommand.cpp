@@ -9,6 +9,15 @@
 
 namespace ZT::AnimCmd {
 
+namespace {
+
+template <class Value>
+QSet<EditableMotionCurve*> curvesOf(const QMap<EditableMotionCurve*, Value>& byCurve) {
+    return {byCurve.keyBegin(), byCurve.keyEnd()};
+}
+
+} // namespace
+
 ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(CurvesKeysMap keysToRemove, CurvesKeysMap keysToInsert)
     : _keysToRemove(std::move(keysToRemove))
     , _keysToInsert(std::move(keysToInsert)) {
@@ -62,8 +71,9 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 void ReplaceCurveKeysCommand::redo() {
     const CurvesKeysMap standing = _standingAmong(_keysToInsert);
     FirstException thrown;
-    _undone.clear();
-    CurvesKeysMap gone = _replace(_keysToRemove, _keysToInsert, _redone, thrown);
+    const CurvesSet before = _doneIn.value_or(CurvesSet());
+    CurvesKeysMap gone = _replace(_curves() - before, _keysToRemove, _keysToInsert, thrown);
+    _noteWhereDone(before + curvesOf(gone), thrown);
     _leaveOutStanding(standing, gone);
     _keepWhereNothingWasDone(_keysToRemove, gone);
     _leaveOutNewcomers(standing, _keysToInsert, gone);
@@ -74,28 +84,33 @@ void ReplaceCurveKeysCommand::redo() {
 
 void ReplaceCurveKeysCommand::undo() {
     FirstException thrown;
-    _redone.clear();
-    CurvesKeysMap gone = _replace(_keysToInsert, _keysToRemove, _undone, thrown);
+    const CurvesSet before = _doneIn.value_or(_curves());
+    CurvesKeysMap gone = _replace(before, _keysToInsert, _keysToRemove, thrown);
+    _noteWhereDone(before - curvesOf(gone), thrown);
     _keepWhereNothingWasDone(_keysToInsert, gone);
     _keysToInsert = std::move(gone);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
 }
 
-ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const CurvesKeysMap& toRelease,
+ReplaceCurveKeysCommand::CurvesSet ReplaceCurveKeysCommand::_curves() const {
+    return curvesOf(_keysToRemove) + curvesOf(_keysToInsert);
+}
+
+void ReplaceCurveKeysCommand::_noteWhereDone(const CurvesSet& curves, const FirstException& thrown) {
+    if (thrown) {
+        _doneIn = curves;
+    } else {
+        _doneIn.reset();
+    }
+}
+
+ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const CurvesSet& curves,
+                                                                         const CurvesKeysMap& toRelease,
                                                                          const CurvesKeysMap& toInsert,
-                                                                         QSet<EditableMotionCurve*>& finished,
                                                                          FirstException& thrown) {
-    QSet<EditableMotionCurve*> curves;
-    for (auto curve = toRelease.keyBegin(); curve != toRelease.keyEnd(); ++curve) {
-        curves.insert(*curve);
-    }
-    for (auto curve = toInsert.keyBegin(); curve != toInsert.keyEnd(); ++curve) {
-        curves.insert(*curve);
-    }
-    curves.subtract(finished);
     CurvesKeysMap gone;
-    for (EditableMotionCurve* const curve : std::as_const(curves)) {
+    for (EditableMotionCurve* const curve : curves) {
         thrown.guard([&] {
             KeysIndexMap& ofCurve = gone[curve]; // Its place is made before anything leaves.
             const bool isDone = thrown.guard([&] {
@@ -113,11 +128,6 @@ ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const C
                 [&] { curve.key()->releaseAndInsertKeys(toInsert.value(curve.key()), curve.value()); });
         }
         gone.clear();
-    }
-    if (thrown) {
-        finished.unite(QSet<EditableMotionCurve*>(gone.keyBegin(), gone.keyEnd()));
-    } else {
-        finished.clear();
     }
     return gone;
 }

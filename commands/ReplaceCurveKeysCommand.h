@@ -9,6 +9,8 @@
 #include <QSet>
 #include <QUndoCommand>
 
+#include <optional>
+
 namespace ZT {
 class FirstException;
 }
@@ -24,7 +26,8 @@ namespace ZT::AnimCmd {
 ///
 /// Signals are those of EditableMotionCurve::releaseAndInsertKeys(), curve by curve in no particular order.
 /// What slots or a curve throw is thrown when all curves have had their turn; a curve whose turn ended so has
-/// given nothing up and taken nothing in. Trying again does what was left.
+/// given nothing up and taken nothing in. Trying again does what was left, the opposite takes back what was
+/// done.
 class ZT_COMMANDS_EXPORT ReplaceCurveKeysCommand : public QUndoCommand {
 public:
     /// Keys with frames, counted from 0.
@@ -63,10 +66,13 @@ protected:
     void addKeyToInsert(EditableMotionCurveKey* key, EditableMotionCurve* curve, unsigned int index);
 
 private:
-    /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed or
-    /// that an earlier try has @p finished.
-    CurvesKeysMap _replace(const CurvesKeysMap& toRelease, const CurvesKeysMap& toInsert,
-                           QSet<ZT::EditableMotionCurve*>& finished, FirstException& thrown);
+    using CurvesSet = QSet<ZT::EditableMotionCurve*>;
+
+    CurvesSet _curves() const;
+    void _noteWhereDone(const CurvesSet& curves, const FirstException& thrown);
+    /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed.
+    CurvesKeysMap _replace(const CurvesSet& curves, const CurvesKeysMap& toRelease,
+                           const CurvesKeysMap& toInsert, FirstException& thrown);
     /// The keys to insert that stand in their curve already, with their frames.
     static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
@@ -78,9 +84,8 @@ private:
 
     CurvesKeysMap _keysToRemove; ///< after redo, what the curves gave up
     CurvesKeysMap _keysToInsert; ///< after undo, what the curves gave up
-    /// After an exception, the curves in which redo, or undo, was carried out all the same.
-    QSet<ZT::EditableMotionCurve*> _redone;
-    QSet<ZT::EditableMotionCurve*> _undone;
+    /// Where an exception has stopped redo or undo in some curves, those in which the command is done.
+    std::optional<CurvesSet> _doneIn;
     DetachedKeys _detachedKeys;
 };
 

@@ -5,6 +5,7 @@
 #include "base/animation/RationalSeconds.h"
 #include "model/EditableMotionCurveKey.h"
 #include "model/Export.h"
+#include "model/MultiEntryMap.h"
 
 #include <QMap>
 #include <QMultiMap>
@@ -24,16 +25,6 @@ namespace ZT {
 class EditableAnimationLayer;
 class FrameOrder;
 class KeyTrail;
-
-/// A map that may hold several entries for a key. Qt 5's QMultiMap is a QMap and can be given for one; Qt 6's
-/// is a class of its own, and its QMap holds one entry for a key.
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-template <class Key, class Value>
-using MultiEntryMap = QMap<Key, Value>;
-#else
-template <class Key, class Value>
-using MultiEntryMap = QMultiMap<Key, Value>;
-#endif
 
 /// One actuator's motion curve made observable and editable: the owning map from frame to key, whose every
 /// key is an EditableMotionCurveKey.

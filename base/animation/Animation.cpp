@@ -29,7 +29,10 @@ Animation& Animation::operator=(Animation other) noexcept {
     return *this;
 }
 
-Animation::~Animation() = default;
+// A layer that dies finds the list empty, not with dead layers in it.
+Animation::~Animation() {
+    Animation::clear();
+}
 
 Animation::iterator Animation::begin() {
     return _layers.begin();

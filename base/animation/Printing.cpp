@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <ostream>
+#include <string>
 #include <string_view>
 
 namespace {

@@ -37,8 +37,8 @@ std::pair<Position2D, Position2D> computeBezierKeyTangents(float dxPrevious, flo
     const double slope = limitedSlope(before, after, double{dyPrevious}, double{dyNext});
     Position2D left(before > 0.0 ? static_cast<float>(-before / 3.0) : 0.0F, 0.0F);
     Position2D right(static_cast<float>(after / 3.0), 0.0F);
-    if (slope !=
-        0.0) { // No zero gets a sign. Where a handle ends at a neighbour's value, floats round to that.
+    // Without a slope zeros keep no sign. A handle that ends at a neighbour's value is rounded to that.
+    if (slope != 0.0) {
         left.y = toFloat(-slope * before / 3.0);
         right.y = toFloat(slope * after / 3.0);
     }

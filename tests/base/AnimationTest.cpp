@@ -31,6 +31,21 @@ public:
     }
 };
 
+/// Adds what it finds in its animation, when it dies, to what was seen.
+class LookingLayer : public AnimationLayer {
+public:
+    LookingLayer(const Animation& animation, std::size_t& seen)
+        : _animation(animation)
+        , _seen(seen) {}
+    LookingLayer(const LookingLayer&) = delete;
+    LookingLayer& operator=(const LookingLayer&) = delete;
+    ~LookingLayer() override { _seen += _animation.size(); }
+
+private:
+    const Animation& _animation;
+    std::size_t& _seen;
+};
+
 class CountingAnimation : public Animation {
 public:
     using Animation::replace;
@@ -150,6 +165,16 @@ private slots:
         animation.clear();
         QCOMPARE(CountedLayer::alive(), 0);
         QVERIFY(animation.empty());
+    }
+
+    void aDyingLayerFindsNoLayerInAnAnimationThatDies() {
+        std::size_t seen = 1;
+        {
+            Animation animation;
+            animation.push_back(new LookingLayer(animation, seen));
+            animation.push_back(new LookingLayer(animation, seen));
+        }
+        QCOMPARE(seen, std::size_t{1});
     }
 
     void aDyingAnimationDeletesEveryLayer() {

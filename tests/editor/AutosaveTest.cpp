@@ -99,6 +99,7 @@ void AutosaveTest::manyEditsMakeOneCopyAndItIsNotPutOffForever() {
         pause.start();
         _edit(scene);
         QTest::qWait(Autosave::delay / 10);
+        // After a pause that long a copy is right; nothing can be said of edits that follow each other then.
         if (pause.elapsed() >= Autosave::delay) {
             QSKIP("the machine is too busy to tell");
         }

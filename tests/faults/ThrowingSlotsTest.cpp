@@ -42,6 +42,7 @@ private Q_SLOTS:
     void aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame();
     void aReplacementThatASlotStoppedCanBeDoneAgain();
     void aReplacementThatASlotStoppedInOneOfTwoCurvesCanBeDoneAgain();
+    void aReplacementThatASlotStoppedIsTakenBackByTheOpposite();
     void aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain();
     void takingBackAnnouncesNoFrameThatWasNeverTheGreatest();
 };
@@ -194,6 +195,35 @@ void ThrowingSlotsTest::aReplacementThatASlotStoppedInOneOfTwoCurvesCanBeDoneAga
         QCOMPARE(scene.state(), before);
         scene.command->redo();
         QCOMPARE(scene.state(), after);
+        scene.command->undo();
+        QCOMPARE(scene.state(), before);
+    }
+}
+
+// A history may count as undone what was undone in one of two curves only, and go on from there.
+void ThrowingSlotsTest::aReplacementThatASlotStoppedIsTakenBackByTheOpposite() {
+    using Curves = QMap<FaultScene::Curve*, FaultScene::Curve::KeysIndexMap>;
+    for (const std::size_t stopped : {0U, 1U}) {
+        FaultScene scene;
+        const QString before = scene.state();
+        scene.command = std::make_unique<ZT::AnimCmd::ReplaceCurveKeysCommand>(
+            Curves{{&scene.curve(0), {{scene.key(0), 2}}}, {&scene.curve(1), {{scene.key(4), 2}}}}, Curves());
+        const auto tryOnce = [&](auto signal, auto step) {
+            const auto stop = connect(&scene.curve(stopped), signal, [] { throw SlotFailure(); });
+            QVERIFY_EXCEPTION_THROWN(step(), SlotFailure);
+            disconnect(stop);
+            QCOMPARE(scene.fault(), QString());
+        };
+        tryOnce(&FaultScene::Curve::keyAboutToBeRemoved, [&] { scene.command->redo(); });
+        scene.command->undo();
+        QCOMPARE(scene.state(), before);
+        scene.command->redo();
+        const QString after = scene.state();
+        for (int times = 0; times < 2; ++times) {
+            tryOnce(&FaultScene::Curve::keyAdded, [&] { scene.command->undo(); });
+            scene.command->redo();
+            QCOMPARE(scene.state(), after);
+        }
         scene.command->undo();
         QCOMPARE(scene.state(), before);
     }
