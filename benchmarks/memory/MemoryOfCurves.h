@@ -20,6 +20,7 @@ template <class MakePlain, class Wrap>
 void printMemoryOfCurves(MakePlain makePlain, Wrap wrap) {
     constexpr auto sizes = Bench::usualSizes;
     std::vector<decltype(makePlain(std::size_t{}))> plains;
+    plains.reserve(sizes.size());
     for (const std::size_t n : sizes) {
         plains.push_back(makePlain(n));
     }

@@ -1,7 +1,7 @@
 #include "curves/CurvePlacement.h"
 
 #include "curves/ViewAxis.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <algorithm>
 #include <cmath>

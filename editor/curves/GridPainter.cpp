@@ -2,8 +2,8 @@
 
 #include "curves/ReadableColour.h"
 #include "curves/ViewAxis.h"
+#include "document/Translation.h"
 
-#include <QCoreApplication>
 #include <QFontMetrics>
 #include <QPainter>
 
@@ -17,10 +17,6 @@ namespace {
 constexpr int tickLength = 4;  // pixels
 constexpr int labelGap = 16;   // between labels in a row
 constexpr int rulerMargin = 4; // around labels
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::GridPainter", text);
-}
 
 // Steps are so chosen that there are less ticks than pixels; doubles that cannot tell them apart any more end
 // the walk.

@@ -1,7 +1,7 @@
 #include "curves/PlacedKey.h"
 
 #include "curves/CurvePlacement.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "curves/ViewAxis.h"
 
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <cmath>
 #include <limits>

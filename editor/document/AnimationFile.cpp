@@ -4,8 +4,8 @@
 #include "document/BvhImporter.h"
 #include "document/CsvImporter.h"
 #include "document/EditorAttributes.h"
+#include "document/Translation.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QSaveFile>
 
@@ -22,10 +22,6 @@
 namespace Editor {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::AnimationFile", text);
-}
 
 [[noreturn]] void fail(const QString& what) {
     throw std::runtime_error(what.toStdString());

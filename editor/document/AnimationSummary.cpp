@@ -1,8 +1,8 @@
 #include "document/AnimationSummary.h"
 
+#include "document/Translation.h"
 #include "model/EditableAnimation.h"
 
-#include <QCoreApplication>
 #include <QHash>
 
 #include <algorithm>
@@ -13,10 +13,6 @@
 namespace Editor {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::AnimationSummary", text);
-}
 
 QString span(unsigned int first, unsigned int last) {
     return tr("frames %1 to %2").arg(first).arg(last);

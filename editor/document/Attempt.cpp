@@ -1,6 +1,6 @@
 #include "document/Attempt.h"
 
-#include <QCoreApplication>
+#include "document/Translation.h"
 
 #include <exception>
 #include <new>
@@ -8,10 +8,6 @@
 namespace Editor {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::Attempt", text);
-}
 
 QString describe() {
     try {

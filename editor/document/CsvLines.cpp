@@ -7,12 +7,13 @@ namespace Editor {
 
 namespace {
 
-constexpr const char* blanks = " \t\v\f";
+constexpr const char* blankCharacters = " \t\v\f";
 
 std::string trimmed(const std::string& text) {
-    const std::size_t first = text.find_first_not_of(blanks);
-    return first == std::string::npos ? std::string()
-                                      : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+    const std::size_t first = text.find_first_not_of(blankCharacters);
+    return first == std::string::npos
+               ? std::string()
+               : text.substr(first, text.find_last_not_of(blankCharacters) - first + 1);
 }
 
 } // namespace
@@ -22,7 +23,7 @@ CsvLines::CsvLines(std::istream& stream)
 
 bool CsvLines::next() {
     while (_readLine()) {
-        if (_separator == '\0' && _line.find_first_not_of(blanks) != std::string::npos) {
+        if (_separator == '\0' && _line.find_first_not_of(blankCharacters) != std::string::npos) {
             _findSeparator();
         }
         _split();

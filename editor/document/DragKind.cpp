@@ -3,9 +3,9 @@
 #include "base/math/Narrowing.h"
 #include "commands/MoveCurveKeysCommand.h"
 #include "commands/MoveTangentCommand.h"
+#include "document/Frames.h"
+#include "document/Translation.h"
 #include "model/EditableAnimationLayer.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
@@ -20,12 +20,6 @@ namespace {
 
 using ZT::EditableMotionCurveKey;
 using Command = std::unique_ptr<QUndoCommand>;
-
-constexpr double lastFrame = std::numeric_limits<unsigned int>::max();
-
-unsigned int movedBy(unsigned int frame, double distance) {
-    return static_cast<unsigned int>(std::clamp(frame + std::round(distance), 0.0, lastFrame));
-}
 
 // Where a part of a distance leads; neither it nor what is not finite becomes infinite.
 double inFloatRange(double value, double distance) {
@@ -55,7 +49,8 @@ public:
         if (_origins.empty()) {
             return {};
         }
-        return {std::clamp(std::round(distance.x()), -static_cast<double>(_first), lastFrame - _last),
+        return {std::clamp(std::round(distance.x()), -static_cast<double>(_first),
+                           double{lastPossibleFrame} - _last),
                 distance.y()};
     }
 
@@ -72,10 +67,7 @@ public:
         return std::make_unique<ZT::AnimCmd::MoveCurveKeysCommand>(_targets, false);
     }
 
-    QString text() const override {
-        return QCoreApplication::translate("Editor::DragKind", "Move %n key(s)", nullptr,
-                                           static_cast<int>(_origins.size()));
-    }
+    QString text() const override { return tr("Move %n key(s)", nullptr, static_cast<int>(_origins.size())); }
 
     QString problem(const QUndoCommand& /*command*/) const override {
         for (const Origin& origin : _origins) {
@@ -83,8 +75,7 @@ public:
             if (ZT::index(origin.key) != target) {
                 const auto* const curve = origin.key->getParentCurve();
                 const auto* const layer = curve != nullptr ? curve->getParentLayer() : nullptr;
-                return QCoreApplication::translate("Editor::DragKind",
-                                                   "Frame %1 of %2 is taken by a key that is not dragged.")
+                return tr("Frame %1 of %2 is taken by a key that is not dragged.")
                     .arg(QString::number(target), layer != nullptr ? layer->getActuatorName() : QString());
             }
         }
@@ -100,7 +91,7 @@ private:
 
     std::vector<Origin> _origins;                          ///< by address, as maps want them
     ZT::AnimCmd::MoveCurveKeysCommand::KeyPosMap _targets; ///< of the last step; made once for all steps
-    unsigned int _first = std::numeric_limits<unsigned int>::max();
+    unsigned int _first = lastPossibleFrame;
     unsigned int _last = 0;
     double _frames = 0.0; ///< of the last step
 };
@@ -130,8 +121,7 @@ public:
         const auto count = std::count_if(_keys.cbegin(), _keys.cend(), [this](const auto* key) {
             return key->getTangentType(_side) == VQ::Math::Interpolation::InterpolationType::bezier;
         });
-        return QCoreApplication::translate("Editor::DragKind", "Move %n handle(s)", nullptr,
-                                           static_cast<int>(count));
+        return tr("Move %n handle(s)", nullptr, static_cast<int>(count));
     }
 
 private:

@@ -4,10 +4,10 @@
 #include "base/animation/XmlText.h"
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "document/Document.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 #include "document/Macro.h"
+#include "document/Translation.h"
 
-#include <QCoreApplication>
 #include <QHash>
 #include <QMap>
 #include <QMimeData>
@@ -28,11 +28,7 @@ namespace {
 
 constexpr const char* ownType = "application/x-curve-editor-keys+xml";
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::KeyClipboard", text);
-}
-
-[[noreturn]] void fail(const QString& what) {
+[[noreturn]] void refuse(const QString& what) {
     throw std::runtime_error(what.toStdString());
 }
 
@@ -140,10 +136,10 @@ KeyClipboard::Report KeyClipboard::paste(const QMimeData& data, unsigned int fra
         }
     }
     if (keyCount == 0) {
-        fail(tr("there are no keys to paste"));
+        refuse(tr("there are no keys to paste"));
     }
     if (keys.empty()) {
-        fail(!problem.isEmpty() ? problem : tr("no layer has the name of one that the keys come from"));
+        refuse(!problem.isEmpty() ? problem : tr("no layer has the name of one that the keys come from"));
     }
     return {keyCount - keys.size(), _insert(keys, first, frame, tr("Paste keys"))};
 }
@@ -163,7 +159,7 @@ KeyClipboard::Report KeyClipboard::duplicate(const KeySelection::Keys& keys) {
         return {};
     }
     if (last == lastPossibleFrame) {
-        fail(tr("there is no frame behind the last key"));
+        refuse(tr("there is no frame behind the last key"));
     }
     return {0, _insert(copies, first, last + 1U, tr("Duplicate keys"))};
 }
@@ -187,7 +183,7 @@ std::size_t KeyClipboard::_insert(const std::vector<Placed>& keys, unsigned int 
     const qint64 shift = qint64{to} - qint64{from};
     for (const Placed& each : keys) {
         if (qint64{each.frame} + shift > qint64{lastPossibleFrame}) {
-            fail(tr("keys would stand behind the last possible frame"));
+            refuse(tr("keys would stand behind the last possible frame"));
         }
     }
     QMap<EditableMotionCurve*, EditableMotionCurve::KeysIndexMap> newcomers;

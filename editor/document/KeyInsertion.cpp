@@ -5,8 +5,7 @@
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "document/History.h"
 #include "document/Macro.h"
-
-#include <QCoreApplication>
+#include "document/Translation.h"
 
 #include <cmath>
 #include <memory>
@@ -24,7 +23,7 @@ TangentSide opposite(TangentSide side) {
     return side == TangentSide::left ? TangentSide::right : TangentSide::left;
 }
 
-Position2D handleOf(const ZT::EditableMotionCurveKey& key, TangentSide side) {
+Position2D offsetOf(const ZT::EditableMotionCurveKey& key, TangentSide side) {
     const auto offset = key.getTangentOffset(side);
     return Position2D(offset.first, offset.second);
 }
@@ -122,8 +121,8 @@ void KeyInsertion::_free(Key* neighbour, TangentSide facing) {
 // "bezier", then to that of the divided one.
 bool KeyInsertion::_isTurned(const Key& neighbour, TangentSide facing, bool isFreed) const {
     const TangentSide far = opposite(facing);
-    const Position2D own = handleOf(neighbour, facing);
-    const Position2D other = handleOf(neighbour, far);
+    const Position2D own = offsetOf(neighbour, facing);
+    const Position2D other = offsetOf(neighbour, far);
     const float mean = (directionOf(own, facing) + directionOf(other, far)) * 0.5F;
     if (isFreed && !keepsHandle(other, far, mean)) {
         return true;
@@ -134,7 +133,7 @@ bool KeyInsertion::_isTurned(const Key& neighbour, TangentSide facing, bool isFr
 }
 
 ZT::EditableMotionCurveKey* KeyInsertion::push(History& history) {
-    Macro macro(history, QCoreApplication::translate("Editor::KeyInsertion", "Insert key"));
+    Macro macro(history, tr("Insert key"));
     if (!_symmetricalNoMore.isEmpty()) {
         macro.add(std::make_unique<ZT::AnimCmd::ChangeSymmetryCommand>(_symmetricalNoMore, false));
     }

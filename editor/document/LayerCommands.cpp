@@ -1,16 +1,12 @@
 #include "document/LayerCommands.h"
 
-#include <QCoreApplication>
+#include "document/Translation.h"
 
 #include <utility>
 
 namespace Editor {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::LayerCommands", text);
-}
 
 QString textOf(const LayerLook& before, const LayerLook& after) {
     if (before.isVisible != after.isVisible) {

@@ -1,19 +1,11 @@
 #include "document/LayerName.h"
 
 #include "base/animation/XmlText.h"
+#include "document/Translation.h"
 
-#include <QCoreApplication>
 #include <QString>
 
 namespace Editor {
-
-namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::LayerName", text);
-}
-
-} // namespace
 
 QString problemInName(const QString& name) {
     if (name.isEmpty()) {

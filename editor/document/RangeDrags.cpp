@@ -3,15 +3,14 @@
 #include "commands/ChangeRangeCommand.h"
 #include "commands/MoveRangeCommand.h"
 #include "document/Document.h"
+#include "document/Frames.h"
+#include "document/Translation.h"
 #include "model/AnimationMarkers.h"
 #include "model/FirstException.h"
 
-#include <QCoreApplication>
 #include <QHash>
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 
 namespace Editor {
 
@@ -20,11 +19,7 @@ namespace {
 using Command = std::unique_ptr<QUndoCommand>;
 using Frames = ZT::EditableMotionCurve::KeysIndexMap;
 
-constexpr double lastFrame = std::numeric_limits<unsigned int>::max();
-
-unsigned int movedBy(unsigned int frame, double distance) {
-    return static_cast<unsigned int>(std::clamp(frame + std::round(distance), 0.0, lastFrame));
-}
+constexpr double lastFrame = lastPossibleFrame;
 
 // The keys of all layers that may be edited, from one frame to another.
 Frames keysBetween(Document& document, unsigned int first, unsigned int last) {
@@ -57,8 +52,8 @@ public:
         if (range.failedKeys().empty()) {
             return {};
         }
-        return QCoreApplication::translate("Editor::DragKind", "%n key(s) would find no free frame.", nullptr,
-                                           static_cast<int>(range.failedKeys().size()));
+        return tr("%n key(s) would find no free frame.", nullptr,
+                  static_cast<int>(range.failedKeys().size()));
     }
 
 protected:
@@ -90,7 +85,7 @@ public:
         return std::make_unique<ZT::AnimCmd::MoveRangeCommand>(&markers, keys, start, end, newStart, false);
     }
 
-    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Move range"); }
+    QString text() const override { return tr("Move range"); }
 
 protected:
     unsigned int grabbed() const override { return _start; }
@@ -104,7 +99,7 @@ public:
     RangeEndKind(Document& document, ZT::AnimCmd::StretchSide side)
         : RangeKind(document)
         , _side(side)
-        , _keys(keysBetween(document, _start, std::numeric_limits<unsigned int>::max())) {
+        , _keys(keysBetween(document, _start, lastPossibleFrame)) {
         QHash<const ZT::EditableMotionCurve*, unsigned int> counts;
         for (auto key = _keys.cbegin(); key != _keys.cend(); ++key) {
             if (key.value() <= _end) {
@@ -129,7 +124,7 @@ public:
                                                                   _side);
     }
 
-    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Stretch range"); }
+    QString text() const override { return tr("Stretch range"); }
 
 protected:
     unsigned int grabbed() const override { return _isStart() ? _start : _end; }
@@ -200,7 +195,7 @@ public:
                                                   std::max(_frame, other));
     }
 
-    QString text() const override { return QCoreApplication::translate("Editor::DragKind", "Make range"); }
+    QString text() const override { return tr("Make range"); }
 
 protected:
     unsigned int grabbed() const override { return _frame; }

@@ -1,6 +1,6 @@
 #include "document/SampleRate.h"
 
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "timeline/CurveKeys.h"
 
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <algorithm>
 #include <cstdint>

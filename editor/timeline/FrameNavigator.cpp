@@ -2,7 +2,7 @@
 
 #include "curves/ViewAxis.h"
 #include "document/Document.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/CurveKeys.h"
 

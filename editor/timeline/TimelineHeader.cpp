@@ -2,24 +2,15 @@
 
 #include "curves/ReadableColour.h"
 #include "curves/ViewAxis.h"
+#include "document/Translation.h"
 #include "model/AnimationMarkers.h"
 #include "timeline/ElidedText.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 
 namespace Editor {
-
-namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::TimelineHeader", text);
-}
-
-} // namespace
 
 TimelineHeader::TimelineHeader(const ZT::AnimationMarkers& markers, const TimelineLayout& layout,
                                const TimelinePalette& palette)

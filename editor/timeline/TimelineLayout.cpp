@@ -1,7 +1,7 @@
 #include "timeline/TimelineLayout.h"
 
 #include "curves/ViewAxis.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <cmath>
 

@@ -3,11 +3,10 @@
 #include "curves/ReadableColour.h"
 #include "document/Document.h"
 #include "document/KeySelection.h"
+#include "document/Translation.h"
 #include "timeline/CurveKeys.h"
 #include "timeline/ElidedText.h"
 #include "timeline/KeyDiamond.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <limits>
@@ -139,8 +138,7 @@ void TimelineRows::_paintSummary(QPainter& painter) const {
         _markKeys(layer, marks);
     }
     _drawMarks(painter, row, marks, _palette.fadedText);
-    drawElided(painter, _layout.nameBeside(row),
-               QCoreApplication::translate("Editor::TimelineRows", "All layers"), _palette.text);
+    drawElided(painter, _layout.nameBeside(row), tr("All layers"), _palette.text);
     painter.fillRect(QRect(0, row.bottom(), row.right() + 1, 1), _palette.line);
 }
 

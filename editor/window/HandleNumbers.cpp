@@ -5,8 +5,8 @@
 #include "document/Document.h"
 #include "document/KeyEdits.h"
 #include "document/Macro.h"
+#include "document/Translation.h"
 
-#include <QCoreApplication>
 #include <QHash>
 
 #include <cmath>
@@ -56,7 +56,7 @@ void HandleNumbers::set(Number number, float to, Document& document) const {
     if (groups.isEmpty() || !std::isfinite(to)) {
         return;
     }
-    Macro macro(document.history(), QCoreApplication::translate("Editor::HandleNumbers", "Change handles"));
+    Macro macro(document.history(), tr("Change handles"));
     for (const KeySelection::Keys& keys : std::as_const(groups)) {
         const float kept = _get(**keys.begin(), other);
         const bool isFrames = number == Number::frames;

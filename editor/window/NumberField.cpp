@@ -1,6 +1,6 @@
 #include "window/NumberField.h"
 
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 
 #include <QKeyEvent>
 #include <QLocale>

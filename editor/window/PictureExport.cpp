@@ -1,7 +1,8 @@
 #include "window/PictureExport.h"
 
+#include "document/Translation.h"
+
 #include <QBuffer>
-#include <QCoreApplication>
 #include <QPainter>
 #include <QPixmap>
 #include <QSaveFile>
@@ -13,10 +14,6 @@
 namespace Editor {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Editor::PictureExport", text);
-}
 
 [[noreturn]] void fail(const QString& path, const QString& what) {
     throw std::runtime_error((path + QStringLiteral(": ") + what).toStdString());

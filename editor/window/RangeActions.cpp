@@ -1,7 +1,7 @@
 #include "window/RangeActions.h"
 
 #include "document/AtOnce.h"
-#include "document/LastPossibleFrame.h"
+#include "document/Frames.h"
 #include "document/RangeDrags.h"
 #include "model/AnimationMarkers.h"
 #include "window/ActionMaker.h"

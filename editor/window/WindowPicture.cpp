@@ -3,6 +3,7 @@
 #include "curves/CurveView.h"
 #include "document/AnimationData.h"
 #include "document/AnimationFile.h"
+#include "document/Translation.h"
 #include "layers/LayerEdits.h"
 #include "window/CommandLine.h"
 #include "window/MainWindow.h"
@@ -25,10 +26,7 @@ namespace {
 void selectLayer(Workspace& workspace, MainWindow& window, const QString& name) {
     ZT::EditableAnimationLayer* const layer = workspace.document.animation().getLayer(name);
     if (layer == nullptr) {
-        throw std::runtime_error(
-            QCoreApplication::translate("Editor::WindowPicture", "there is no layer named \"%1\"")
-                .arg(name)
-                .toStdString());
+        throw std::runtime_error(tr("there is no layer named \"%1\"").arg(name).toStdString());
     }
     const int index = workspace.document.indexOf(layer);
     window.setCurrentLayer(index);

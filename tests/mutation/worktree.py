@@ -79,7 +79,8 @@ class Worktree:
         subprocess.run(
             ["cmake", "-S", self.source, "-B", self._build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
              "-DCMAKE_CXX_FLAGS=-w", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DEDITABLEANIMATION_WERROR=OFF",
-             "-DEDITABLEANIMATION_EXAMPLES=OFF", "-DEDITABLEANIMATION_EDITOR=OFF", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+             "-DEDITABLEANIMATION_EXAMPLES=OFF", "-DEDITABLEANIMATION_EDITOR=OFF", "-DEDITABLEANIMATION_INSTALL=OFF",
+             "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DEDITABLEANIMATION_PRECOMPILE_LIBRARIES=ON",
              "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=gold", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
              "-DCMAKE_PROJECT_INCLUDE=" + os.path.join(self.source, "cmake", "PrecompiledHeaders.cmake")],
             check=True, stdout=subprocess.DEVNULL)
