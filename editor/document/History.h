@@ -17,7 +17,8 @@ class HistoryEntry;
 ///
 /// Slots may throw. A command that throws when it is done for the first time is undone and leaves no entry.
 /// An undo, a redo and a jump are carried through to their end, the index moves along, and what the first
-/// command threw is thrown then: what index() says is done is done. For this every entry is a HistoryEntry.
+/// command threw is thrown then: what index() says is done is done, but for keys that a slot kept out of their
+/// curve, which wait with their entry for the next try. For this every entry is a HistoryEntry.
 ///
 /// QUndoStack's functions of the same names are not virtual: who has a History keeps it as one.
 class History : public QUndoStack {

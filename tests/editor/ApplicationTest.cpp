@@ -1,18 +1,17 @@
 #include "window/Application.h"
 
+#include "tests/editor/support/MemoryShortage.h"
+
 #include <QEvent>
 #include <QTimer>
 #include <QtTest>
 
-#include <cstdlib>
 #include <functional>
 #include <new>
+#include <optional>
 #include <stdexcept>
 
 namespace {
-
-/// While it is set, operator new finds no memory.
-bool isMemoryShort = false;
 
 /// Throws what it is told at each event of the user's.
 class Thrower : public QObject {
@@ -29,22 +28,6 @@ public:
 };
 
 } // namespace
-
-void* operator new(std::size_t size) {
-    void* const memory = isMemoryShort ? nullptr : std::malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 class ApplicationTest : public QObject {
     Q_OBJECT
@@ -86,9 +69,10 @@ private Q_SLOTS:
     }
 
     void anEventThatFailsForWantOfMemoryIsCaughtWithoutAny() {
+        std::optional<MemoryShortage> shortage;
         Thrower thrower;
-        thrower.fail = [] {
-            isMemoryShort = true;
+        thrower.fail = [&shortage] {
+            shortage.emplace();
             throw std::bad_alloc();
         };
         QEvent event(QEvent::User);
@@ -101,7 +85,7 @@ private Q_SLOTS:
         } catch (const std::bad_alloc&) {
             hasThrown = true;
         }
-        isMemoryShort = false;
+        shortage.reset();
         QVERIFY(!hasThrown);
         QVERIFY(isHandled);
     }

@@ -1,45 +1,17 @@
 #include "FileScene.h"
+#include "tests/editor/support/MemoryShortage.h"
 
 #include <QSignalSpy>
 #include <QtTest>
-
-#include <cstdlib>
-#include <new>
 
 using Editor::CrashCopy;
 using FileScene::Scene;
 
 namespace {
 
-/// While it is set, this program has no memory in one piece for the text of a file. Qt's own containers do
-/// not ask here.
-bool isMemoryShort = false;
-constexpr std::size_t tooMuch = 1000;
-
-struct Shortage {
-    Shortage() noexcept { isMemoryShort = true; }
-    ~Shortage() { isMemoryShort = false; }
-    Shortage(const Shortage&) = delete;
-    Shortage& operator=(const Shortage&) = delete;
-};
+constexpr std::size_t textOfFile = 1000; // bytes; those of each test are longer
 
 } // namespace
-
-void* operator new(std::size_t size) {
-    void* const memory = isMemoryShort && size >= tooMuch ? nullptr : std::malloc(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
 
 class ShortMemoryTest : public QObject {
     Q_OBJECT
@@ -57,7 +29,7 @@ void ShortMemoryTest::aFileThatDoesNotFitLeavesTheDocumentAsItWas() {
     const QString other = scene.makeFile("other.xml", 3.0F);
     const QString before = scene.state();
     {
-        const Shortage shortage;
+        const MemoryShortage shortage(textOfFile);
         QVERIFY(!scene.session.open(other));
     }
     QCOMPARE(scene.state(), before);
@@ -72,7 +44,7 @@ void ShortMemoryTest::aSaveThatDoesNotFitLeavesTheOldFile() {
     scene.session.open(path);
     scene.edit(9.0F);
     {
-        const Shortage shortage;
+        const MemoryShortage shortage(textOfFile);
         QVERIFY(!scene.session.save());
     }
     QVERIFY(scene.document.isModified());
@@ -89,7 +61,7 @@ void ShortMemoryTest::aCopyThatDoesNotFitIsSaidAndTriedAgain() {
     const QSignalSpy failures(&autosave, &Editor::Autosave::failed);
     scene.edit(9.0F);
     {
-        const Shortage shortage;
+        const MemoryShortage shortage(textOfFile);
         autosave.write();
     }
     QCOMPARE(failures.count(), 1);
