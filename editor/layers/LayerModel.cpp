@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 namespace Editor {
 
@@ -37,18 +38,32 @@ LayerModel::LayerModel(Document& document, QObject* parent)
     connect(&document, &Document::changed, this, &LayerModel::_announceSoon);
     connect(&document, &Document::replaced, this, &LayerModel::_reset);
     connect(&document, &Document::lookChanged, this, &LayerModel::_announceRow);
-    connect(&document, &Document::layerAboutToBeInserted, this,
-            [this](int index) { beginInsertRows({}, index, index); });
-    connect(&document, &Document::layerInserted, this, [this] { endInsertRows(); });
-    connect(&document, &Document::layerAboutToBeRemoved, this,
-            [this](int index) { beginRemoveRows({}, index, index); });
-    connect(&document, &Document::layerRemoved, this, [this] { endRemoveRows(); });
-    connect(&document, &Document::layerAboutToBeMoved, this, [this](int from, int to) {
-        beginMoveRows({}, from, from, {},
-                      to > from ? to + 1 : to); // Qt counts the moved row in its old place, too.
+    connect(&document, &Document::layerAboutToBeInserted, this, [this](int index) {
+        beginInsertRows({}, index, index);
+        _isChanging = true;
     });
-    connect(&document, &Document::layerMoved, this, [this] { endMoveRows(); });
+    connect(&document, &Document::layerInserted, this, [this] { _end([this] { endInsertRows(); }); });
+    connect(&document, &Document::layerAboutToBeRemoved, this, [this](int index) {
+        beginRemoveRows({}, index, index);
+        _isChanging = true;
+    });
+    connect(&document, &Document::layerRemoved, this, [this] { _end([this] { endRemoveRows(); }); });
+    connect(&document, &Document::layerAboutToBeMoved, this, [this](int from, int to) {
+        // Qt counts the moved row in its old place, too.
+        _isChanging = beginMoveRows({}, from, from, {}, to > from ? to + 1 : to);
+    });
+    connect(&document, &Document::layerMoved, this, [this] { _end([this] { endMoveRows(); }); });
     _observe();
+}
+
+template <class Action>
+void LayerModel::_end(Action action) {
+    if (std::exchange(_isChanging, false)) {
+        action();
+    } else {
+        beginResetModel();
+        endResetModel();
+    }
 }
 
 void LayerModel::_observe() {

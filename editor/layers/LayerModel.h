@@ -59,6 +59,10 @@ private:
     bool _rename(int layer, const QString& name);
     bool _setColour(int layer, const QColor& colour);
     std::vector<int> _draggedRows(const QMimeData& data) const;
+    /// Ends a change of rows by @p action. Where another slot threw before this model heard of the beginning,
+    /// all rows are read anew.
+    template <class Action>
+    void _end(Action action);
     void _observe();
     void _reset();
     void _announceRow(int layer);
@@ -66,8 +70,9 @@ private:
     void _announceAll();
 
     Document& _document;
-    QTimer _timer;        ///< runs while values may differ from what was announced
-    QByteArray _identity; ///< tells what is dragged here from what is dragged anywhere else
+    bool _isChanging = false; ///< rows are about to come, go or move
+    QTimer _timer;            ///< runs while values may differ from what was announced
+    QByteArray _identity;     ///< tells what is dragged here from what is dragged anywhere else
 };
 
 } // namespace Editor

@@ -9,9 +9,11 @@
 #include <QSignalSpy>
 #include <QSortFilterProxyModel>
 
+#include <functional>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 using Editor::LayerEdits;
 using Editor::LayerModel;
@@ -197,6 +199,28 @@ private Q_SLOTS:
         QCOMPARE(spy.count(), 1);
         QCOMPARE(spy.at(0).at(0).toString(), QString("Not done: no room."));
         QVERIFY(!scene.isChecked(0, LayerModel::muteColumn));
+    }
+
+    // A slot that was connected before the model's keeps it from hearing of the beginning.
+    void rowsAreThoseOfTheDocumentAlthoughASlotThrewFirst() {
+        EditorScene::Scene scene({"arm", "leg", "head"});
+        QObject thrower;
+        const auto fail = [] { throw std::runtime_error("no room"); };
+        connect(&scene.document, &Editor::Document::layerAboutToBeInserted, &thrower, fail);
+        connect(&scene.document, &Editor::Document::layerAboutToBeRemoved, &thrower, fail);
+        connect(&scene.document, &Editor::Document::layerAboutToBeMoved, &thrower, fail);
+        LayerModel model(scene.document);
+        const QAbstractItemModelTester tester(&model);
+        LayerEdits edits(scene.document);
+        for (const std::function<void()>& edit : std::vector<std::function<void()>>{
+                 [&] { edits.add(1); }, [&] { edits.remove({0}); }, [&] { edits.move({0}, 3); }}) {
+            (void)EditorScene::problemOf(edit);
+            QCOMPARE(model.rowCount(), scene.document.layerCount());
+            for (int i = 0; i < model.rowCount(); ++i) {
+                QCOMPARE(model.index(i, LayerModel::nameColumn).data().toString(),
+                         scene.document.layer(i)->getActuatorName());
+            }
+        }
     }
 
     void checkBoxesShowMuteAndLock_data() {
