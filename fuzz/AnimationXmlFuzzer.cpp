@@ -1,5 +1,7 @@
 #include "fuzz/support/FileLaws.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

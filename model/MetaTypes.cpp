@@ -6,6 +6,8 @@
 
 #include <QMetaType>
 
+#include <boost/property_tree/ptree.hpp>
+
 Q_DECLARE_METATYPE(VQ::Math::Interpolation::InterpolationType)
 Q_DECLARE_METATYPE(ZT::TangentSide)
 Q_DECLARE_METATYPE(boost::property_tree::ptree)

@@ -2,6 +2,8 @@
 
 #include "base/animation/TreeItems.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <stdexcept>
 #include <utility>
 

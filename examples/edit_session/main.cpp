@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTextStream>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <exception>
 #include <stdexcept>
 

@@ -4,6 +4,8 @@
 #include "model/EditableAnimationLayer.h"
 #include "model/EditableMotionCurveExceptions.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 namespace {
 
 using Curve = EditScene::Curve;

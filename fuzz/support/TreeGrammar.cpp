@@ -1,5 +1,7 @@
 #include "fuzz/support/TreeGrammar.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <array>
 #include <string>
 #include <vector>

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <type_traits>
 
 using Records::AnimationLayer;

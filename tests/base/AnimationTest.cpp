@@ -4,6 +4,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <exception>
 #include <type_traits>
 

@@ -296,3 +296,5 @@ private slots:
 
 QTEST_GUILESS_MAIN(AnimationXmlEncodingTest)
 #include "AnimationXmlEncodingTest.moc"
+
+#include <boost/property_tree/ptree.hpp>

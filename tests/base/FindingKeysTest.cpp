@@ -3,6 +3,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <iterator>
 #include <limits>
 #include <stdexcept>

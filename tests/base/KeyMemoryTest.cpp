@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <cstddef>
 #include <cstdlib>
 #include <functional>

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <limits>
 #include <memory>
 #include <type_traits>

@@ -7,6 +7,8 @@
 #include "commands/StretchRangeCommand.h"
 #include "model/EditableMotionCurveExceptions.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 namespace Signals {
 
 namespace {

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <set>
 
 using namespace EditorScene;

@@ -373,3 +373,5 @@ void AutosaveTest::aGestureThatChangesNothingMakesNoCopy() {
 
 QTEST_GUILESS_MAIN(AutosaveTest)
 #include "AutosaveTest.moc"
+
+#include <boost/property_tree/ptree.hpp>

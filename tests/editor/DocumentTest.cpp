@@ -7,6 +7,8 @@
 #include <QPointer>
 #include <QSignalSpy>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <algorithm>
 #include <cstdlib>
 #include <tuple>

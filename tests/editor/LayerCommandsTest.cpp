@@ -8,6 +8,8 @@
 
 #include <QPointer>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <memory>
 #include <tuple>
 #include <utility>

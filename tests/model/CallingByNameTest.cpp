@@ -4,6 +4,8 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <memory>
 
 using VQ::Math::Interpolation::InterpolationType;

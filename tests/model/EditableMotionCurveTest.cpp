@@ -10,6 +10,8 @@
 #include <QPointer>
 #include <QTest>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <memory>
 #include <type_traits>
 

@@ -5,6 +5,8 @@
 
 #include <rapidcheck.h>
 
+#include <boost/property_tree/ptree.hpp>
+
 #include <iterator>
 #include <memory>
 #include <random>
