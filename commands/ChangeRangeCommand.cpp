@@ -103,6 +103,12 @@ bool ChangeRangeCommand::mergeWith(const QUndoCommand* other) {
     if (!isOpen || next == nullptr || next == this || next->id() != id()) {
         return false;
     }
+    // The stack deletes an absorbed command, which must not take its failed keys along: they change their
+    // owner here, and so the other command changes although the stack offers it as a constant.
+    auto* const absorbed = const_cast<ChangeRangeCommand*>(next);
+    // What may run out of memory comes first: keys change their owner all or not at all.
+    _failedKeys.reserve(_failedKeys.size() + next->_failedKeys.size());
+    _detachedKeys.makeRoomFor(next->_detachedKeys);
     for (auto curve = next->_oldIndices.cbegin(); curve != next->_oldIndices.cend(); ++curve) {
         QMap<EditableMotionCurveKey*, unsigned int>& own = _oldIndices[curve.key()];
         for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
@@ -117,14 +123,11 @@ bool ChangeRangeCommand::mergeWith(const QUndoCommand* other) {
             own.insert(entry.key(), entry.value());
         }
     }
-    _mergeState.accept(next->_mergeState);
-    // The stack deletes an absorbed command, which must not take its failed keys along: they change their
-    // owner here, and so the other command changes although the stack offers it as a constant.
-    auto* const absorbed = const_cast<ChangeRangeCommand*>(next);
+    setRangeText(_textTemplate, pendingRange, markersRange());
     _failedKeys.insert(_failedKeys.end(), next->_failedKeys.begin(), next->_failedKeys.end());
     absorbed->_failedKeys.clear();
     _detachedKeys.addAll(absorbed->_detachedKeys);
-    setRangeText(_textTemplate, pendingRange, markersRange());
+    _mergeState.accept(next->_mergeState);
     return true;
 }
 

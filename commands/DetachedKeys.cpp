@@ -52,6 +52,10 @@ void DetachedKeys::letGoOfHeldKeys() {
     _keys.erase(std::remove_if(_keys.begin(), _keys.end(), held), _keys.end());
 }
 
+void DetachedKeys::makeRoomFor(const DetachedKeys& other) {
+    _keys.reserve(_keys.size() + other._keys.size());
+}
+
 void DetachedKeys::addAll(DetachedKeys& other) {
     _keys.insert(_keys.end(), std::make_move_iterator(other._keys.begin()),
                  std::make_move_iterator(other._keys.end()));

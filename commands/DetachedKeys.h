@@ -27,6 +27,8 @@ public:
     /// Lets go of keys that a curve holds again.
     void letGoOfHeldKeys();
 
+    /// Has addAll() of @p other find memory.
+    void makeRoomFor(const DetachedKeys& other);
     /// Takes over all keys of @p other.
     void addAll(DetachedKeys& other);
 

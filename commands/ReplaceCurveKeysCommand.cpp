@@ -21,8 +21,14 @@ QSet<EditableMotionCurve*> curvesOf(const QMap<EditableMotionCurve*, Value>& byC
 ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(CurvesKeysMap keysToRemove, CurvesKeysMap keysToInsert)
     : _keysToRemove(std::move(keysToRemove))
     , _keysToInsert(std::move(keysToInsert)) {
-    _own(_keysToInsert);
     _setReplaceText();
+    _own(_keysToInsert); // Last: of a command that cannot be built the caller keeps the keys.
+}
+
+ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(const QString& text, CurvesKeysMap keysToInsert)
+    : QUndoCommand(text)
+    , _keysToInsert(std::move(keysToInsert)) {
+    _own(_keysToInsert);
 }
 
 ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(QList<EditableMotionCurveKey*> keys,
@@ -31,8 +37,8 @@ ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(QList<EditableMotionCurveKey*> 
     for (EditableMotionCurveKey* const key : std::as_const(keys)) {
         addKeyToRemove(key);
     }
-    _own(_keysToInsert);
     _setReplaceText();
+    _own(_keysToInsert);
 }
 
 ReplaceCurveKeysCommand::~ReplaceCurveKeysCommand() = default;
@@ -69,40 +75,64 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 }
 
 void ReplaceCurveKeysCommand::redo() {
-    const CurvesKeysMap standing = _standingAmong(_keysToInsert);
+    _settle();
+    CurvesKeysMap standing = _standingAmong(_keysToInsert);
+    const CurvesSet curves = _curves() - _doneIn;
+    CurvesSet done = _doneIn + curves;
     FirstException thrown;
-    const CurvesSet before = _doneIn.value_or(CurvesSet());
-    CurvesKeysMap gone = _replace(_curves() - before, _keysToRemove, _keysToInsert, thrown);
-    _noteWhereDone(before + curvesOf(gone), thrown);
-    _leaveOutStanding(standing, gone);
-    _keepWhereNothingWasDone(_keysToRemove, gone);
-    _leaveOutNewcomers(standing, _keysToInsert, gone);
-    _keysToRemove = std::move(gone);
-    _detachedKeys.letGoOfHeldKeys();
-    thrown.rethrow();
+    CurvesKeysMap gone = _replace(curves, _keysToRemove, _keysToInsert, thrown);
+    for (EditableMotionCurve* const curve : curves) {
+        if (!gone.contains(curve)) {
+            done.remove(curve);
+        }
+    }
+    _conclude({true, std::move(standing), std::move(gone)}, std::move(done), thrown);
 }
 
 void ReplaceCurveKeysCommand::undo() {
+    _settle();
+    const CurvesSet curves = _doneIn;
+    CurvesSet done = curves;
+    done.detach();
     FirstException thrown;
-    const CurvesSet before = _doneIn.value_or(_curves());
-    CurvesKeysMap gone = _replace(before, _keysToInsert, _keysToRemove, thrown);
-    _noteWhereDone(before - curvesOf(gone), thrown);
-    _keepWhereNothingWasDone(_keysToInsert, gone);
-    _keysToInsert = std::move(gone);
-    _detachedKeys.letGoOfHeldKeys();
-    thrown.rethrow();
+    CurvesKeysMap gone = _replace(curves, _keysToInsert, _keysToRemove, thrown);
+    for (auto curve = gone.cbegin(); curve != gone.cend(); ++curve) {
+        done.remove(curve.key());
+    }
+    _conclude({false, {}, std::move(gone)}, std::move(done), thrown);
 }
 
 ReplaceCurveKeysCommand::CurvesSet ReplaceCurveKeysCommand::_curves() const {
     return curvesOf(_keysToRemove) + curvesOf(_keysToInsert);
 }
 
-void ReplaceCurveKeysCommand::_noteWhereDone(const CurvesSet& curves, const FirstException& thrown) {
-    if (thrown) {
-        _doneIn = curves;
-    } else {
-        _doneIn.reset();
+// Keys have left by now: what they are to the opposite is kept without asking for memory, and worked out when
+// there is some, at the latest by the next undo or redo.
+void ReplaceCurveKeysCommand::_conclude(Outcome outcome, CurvesSet done, FirstException& thrown) {
+    _outcome = std::move(outcome);
+    _doneIn = std::move(done);
+    thrown.guard([&] { _settle(); });
+    _detachedKeys.letGoOfHeldKeys();
+    thrown.rethrow();
+}
+
+void ReplaceCurveKeysCommand::_settle() {
+    if (!_outcome) {
+        return;
     }
+    CurvesKeysMap gone = _outcome->gone;
+    if (_outcome->isRedo) {
+        CurvesKeysMap inserted = _keysToInsert;
+        _leaveOutStanding(_outcome->standing, gone, inserted);
+        _keepWhereNothingWasDone(_keysToRemove, gone);
+        _leaveOutNewcomers(_outcome->standing, inserted, gone);
+        _keysToInsert = std::move(inserted);
+        _keysToRemove = std::move(gone);
+    } else {
+        _keepWhereNothingWasDone(_keysToInsert, gone);
+        _keysToInsert = std::move(gone);
+    }
+    _outcome.reset();
 }
 
 ReplaceCurveKeysCommand::CurvesKeysMap ReplaceCurveKeysCommand::_replace(const CurvesSet& curves,
@@ -178,21 +208,22 @@ void ReplaceCurveKeysCommand::_keepWhereNothingWasDone(const CurvesKeysMap& aske
 }
 
 // What stood in its curve and never left it was not taken in: undo must not take it out.
-void ReplaceCurveKeysCommand::_leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone) {
+void ReplaceCurveKeysCommand::_leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone,
+                                                CurvesKeysMap& inserted) {
     for (auto curve = standing.cbegin(); curve != standing.cend(); ++curve) {
         for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
             if (gone.contains(curve.key()) && !gone.value(curve.key()).contains(entry.key())) {
-                _keysToInsert[curve.key()].remove(entry.key());
+                inserted[curve.key()].remove(entry.key());
             }
         }
     }
 }
 
 AddCurveKeysCommand::AddCurveKeysCommand(CurvesKeysMap keys)
-    : ReplaceCurveKeysCommand(CurvesKeysMap(), std::move(keys)) {
-    setText(QCoreApplication::translate("ZT::AnimCmd::AddCurveKeysCommand", "Add %1 curve keys")
-                .arg(insertedCurves()));
-}
+    : ReplaceCurveKeysCommand(
+          QCoreApplication::translate("ZT::AnimCmd::AddCurveKeysCommand", "Add %1 curve keys")
+              .arg(keys.size()),
+          keys) {}
 
 // Deliberate: the single-key forms keep the text of an empty replacement; see
 // theSingleKeyCommandsKeepTheTextOfAnEmptyReplacement().

@@ -7,6 +7,7 @@
 #include <QList>
 #include <QMap>
 #include <QSet>
+#include <QString>
 #include <QUndoCommand>
 
 #include <optional>
@@ -48,12 +49,16 @@ public:
 
     /// redo() notes what the curves gave up, keys displaced by those put in among it; undo() puts just that
     /// back, each key at the frame that it left. A further redo() does the same with what undo() took out.
+    /// Where all is done or undone already, they do nothing.
     ///@{
     void undo() override;
     void redo() override;
     ///@}
 
 protected:
+    /// Puts in @p keysToInsert under another text.
+    ReplaceCurveKeysCommand(const QString& text, QMap<ZT::EditableMotionCurve*, KeysIndexMap> keysToInsert);
+
     /// How many curves the command names, for the texts that constructors make; redo() and undo() change it.
     ///@{
     int removedCurves() const { return static_cast<int>(_keysToRemove.size()); }
@@ -67,9 +72,16 @@ protected:
 
 private:
     using CurvesSet = QSet<ZT::EditableMotionCurve*>;
+    /// What a redo or undo has found and done.
+    struct Outcome {
+        bool isRedo;
+        CurvesKeysMap standing; ///< the keys to insert that stood in their curve before
+        CurvesKeysMap gone;     ///< what the curves gave up
+    };
 
     CurvesSet _curves() const;
-    void _noteWhereDone(const CurvesSet& curves, const FirstException& thrown);
+    void _conclude(Outcome outcome, CurvesSet done, FirstException& thrown);
+    void _settle();
     /// What left the curves; the command owns it by then. Without an entry for a curve whose turn failed.
     CurvesKeysMap _replace(const CurvesSet& curves, const CurvesKeysMap& toRelease,
                            const CurvesKeysMap& toInsert, FirstException& thrown);
@@ -77,15 +89,16 @@ private:
     static CurvesKeysMap _standingAmong(const CurvesKeysMap& inserted);
     static void _leaveOutNewcomers(const CurvesKeysMap& standing, const CurvesKeysMap& inserted,
                                    CurvesKeysMap& gone);
-    void _leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone);
+    static void _leaveOutStanding(const CurvesKeysMap& standing, const CurvesKeysMap& gone,
+                                  CurvesKeysMap& inserted);
     static void _keepWhereNothingWasDone(const CurvesKeysMap& asked, CurvesKeysMap& gone);
     void _setReplaceText();
     void _own(const CurvesKeysMap& keys);
 
     CurvesKeysMap _keysToRemove; ///< after redo, what the curves gave up
     CurvesKeysMap _keysToInsert; ///< after undo, what the curves gave up
-    /// Where an exception has stopped redo or undo in some curves, those in which the command is done.
-    std::optional<CurvesSet> _doneIn;
+    CurvesSet _doneIn; ///< all after redo, none after undo, some where an exception stopped one of them
+    std::optional<Outcome> _outcome; ///< until the two maps say it
     DetachedKeys _detachedKeys;
 };
 

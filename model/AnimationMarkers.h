@@ -13,6 +13,9 @@ class EditableAnimation;
 ///
 /// Each setter does nothing when the value is the stored one; otherwise it stores, then emits. Setting one
 /// end of a pair past the other takes the other end along, whose signal comes second. The resets do not.
+///
+/// A slot may read and set everything at every signal, but not destroy the markers. What it throws reaches
+/// the caller of the setter, when the value is stored.
 class ZT_MODEL_EXPORT AnimationMarkers : public QObject {
     Q_OBJECT
 

@@ -20,6 +20,11 @@ class AnimationMarkers;
 ///
 /// A view observes the whole animation through layersChanged() and greaterIndexChanged(). Changes of the list
 /// itself emit nothing: whoever makes them tells the views.
+///
+/// Both signals come from within an edit of a layer or its curve, which goes on when the slots are done. A
+/// slot may read everything and edit as EditableMotionCurve says; it must not destroy a layer or have its
+/// curve replaced. What it throws reaches the caller of the edit, and slots that are connected behind it do
+/// not hear the signal.
 class ZT_MODEL_EXPORT EditableAnimation : public QObject, private VQ::Animation::Animation {
     Q_OBJECT
 
@@ -76,8 +81,8 @@ public:
     /// The animation's tree; each key keeps its smooth and symmetrical flags.
     using VQ::Animation::Animation::serialize;
     /// Replaces the layers by those of a tree; the old ones are destroyed with their curves and keys. Emits
-    /// layersChanged() for each automatic handle that is recomputed in a new curve. On false the animation is
-    /// unchanged.
+    /// layersChanged() for each automatic handle that is recomputed in a new curve, while the old layers are
+    /// still there, and also where a later layer cannot be read. On false the animation is unchanged.
     using VQ::Animation::Animation::deserialize;
     using VQ::Animation::Animation::problemIn;
 

@@ -16,6 +16,11 @@ class EditableAnimation;
 ///
 /// The layer owns its curve, which is always an EditableMotionCurve. The animation owns the layer, or whoever
 /// created it; a layer never has a QObject parent.
+///
+/// Signals that come from the curve come from within its edit, which goes on when the slots are done: a slot
+/// may read everything and edit as EditableMotionCurve says, but must neither destroy the layer nor have its
+/// curve replaced. What it throws reaches the caller of the edit, and slots that are connected behind it do
+/// not hear the signal.
 class ZT_MODEL_EXPORT EditableAnimationLayer : public QObject, private VQ::Animation::AnimationLayer {
     Q_OBJECT
 
@@ -43,8 +48,8 @@ public:
     /// The layer's tree; each key keeps its smooth and symmetrical flags.
     using VQ::Animation::AnimationLayer::serialize;
     /// Replaces name, mute flag and curve by those of a tree; the old curve and its keys are destroyed. Emits
-    /// curveChanged() for each automatic handle that is recomputed in the new curve, and nothing for name and
-    /// mute flag. On false the layer is unchanged.
+    /// curveChanged() for each automatic handle that is recomputed in the new curve, while the old one is
+    /// still there, and nothing for name and mute flag. On false the layer is unchanged.
     using VQ::Animation::AnimationLayer::deserialize;
     using VQ::Animation::AnimationLayer::problemIn;
 

@@ -51,14 +51,16 @@ class KeyTrail;
 /// insert() and releaseAndInsertKeys() throw std::invalid_argument.
 ///
 /// **Exceptions.** What a slot throws reaches the caller of the operation, which by then is over: carried
-/// through for all other keys, with all its signals, as if the slot had returned. Of several exceptions the
-/// first arrives. Two operations are taken back instead, since the keys that they would have given to their
-/// caller must not be lost: release() and releaseAndInsertKeys(); the way back is announced like the way
-/// there. And a single key that was to be displaced or removed stays when a slot throws at
-/// keyAboutToBeRemoved(). reorganizeKeys() throws its own exception instead, as it hands over keys; a slot
-/// that calls it catches that itself, since keys in an exception that is not the first have no owner. The
-/// same holds for std::bad_alloc, except that insert() has destroyed the displaced key by then; deserialize()
-/// and the constructors then change nothing.
+/// through for all other keys, with all its signals, as if the slot had returned. Only the slots that are
+/// connected behind it do not hear the signal at which it threw; behind a slot that was connected before the
+/// curve took the key in, that is the curve itself, which announces an edit of one key by such a signal. Of
+/// several exceptions the first arrives. Two operations are taken back instead, since the keys that they
+/// would have given to their caller must not be lost: release() and releaseAndInsertKeys(); the way back is
+/// announced like the way there. And a single key that was to be displaced or removed stays when a slot
+/// throws at keyAboutToBeRemoved(). reorganizeKeys() throws its own exception instead, as it hands over keys;
+/// a slot that calls it catches that itself, since keys in an exception that is not the first have no owner.
+/// The same holds for std::bad_alloc, except that insert() has destroyed the displaced key by then;
+/// deserialize() and the constructors then change nothing.
 ///
 /// Frames are counted from 0; no two keys stand at one frame. Looking a key up costs O(1), looking a frame up
 /// O(log n), single edits O(log n), bulk operations O(n log n).
@@ -287,7 +289,7 @@ public Q_SLOTS:
     /// Takes the keys of @p toRelease out, each only where that very key stands at the given frame, then puts
     /// the keys of @p toInsert in, each displacing whatever key stands at its frame. Returns every key that
     /// left with the frame that it left from; those belong to the caller. Keys to insert that stand in a
-    /// curve already are skipped.
+    /// curve already, or were made by another one, are skipped.
     ///
     /// Emits keyAboutToBeRemoved() for each key that leaves and keyAdded() for each that enters, in the maps'
     /// order; then recomputed handles' tangentsChanged(), keysChanged() and, if it applies,

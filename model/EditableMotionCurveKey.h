@@ -26,7 +26,9 @@ class EditableMotionCurve;
 /// are mere flags. A "bezier auto" tangent's handle is computed from the neighbouring keys.
 ///
 /// A key belongs to the curve that holds it, and otherwise to whoever took it out of the curve or created it.
-/// Every signal is emitted after the key's state is complete.
+/// Every signal is emitted after the key's state is complete. What slots may do then, and what becomes of an
+/// exception of theirs, EditableMotionCurve says; a key that is in no curve must outlive its own operation,
+/// too.
 class ZT_MODEL_EXPORT EditableMotionCurveKey : public QObject,
                                                private VQ::Math::Interpolation::Key,
                                                private VQ::Animation::SerializationInterface {

@@ -1,6 +1,7 @@
 #include "model/EditableMotionCurveKey.h"
 
 #include "base/animation/KeySerialization.h"
+#include "model/FirstException.h"
 
 #include <boost/optional.hpp>
 
@@ -81,8 +82,10 @@ bool EditableMotionCurveKey::deserialize(const Tree& tree) {
     const bool symmetrical = readFlag(tree, symmetricalAttribute);
     const bool smooth = readFlag(tree, smoothAttribute);
     Key::operator=(read);
-    setSymmetrical(symmetrical);
-    setSmooth(smooth);
+    FirstException thrown;
+    thrown.guard([&] { setSymmetrical(symmetrical); });
+    thrown.guard([&] { setSmooth(smooth); });
+    thrown.rethrow();
     return true;
 }
 

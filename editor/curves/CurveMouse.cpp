@@ -68,14 +68,13 @@ void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement
 
 void CurveMouse::moveTo(const QMouseEvent& event, const CurvePlacement& placement) {
     if (isActive() && !event.buttons().testFlag(_button)) {
-        _end();
+        end();
     } else {
         _follow(event, placement);
     }
 }
 
-// The button was released where nobody saw it, as a dialog takes it: what was done so far stays.
-void CurveMouse::_end() {
+void CurveMouse::end() {
     _band->hide();
     const bool wasDragging = _isDragging();
     _gesture = Gesture::none;
@@ -135,6 +134,8 @@ bool CurveMouse::cancel() {
     const Gesture gesture = std::exchange(_gesture, Gesture::none);
     if (gesture == Gesture::keys || gesture == Gesture::handle) {
         _drag.cancel();
+    } else if (gesture == Gesture::scrub) {
+        _document.markers().setSelectedIndex(_frameBefore);
     }
     _band->hide();
     return gesture != Gesture::none;
@@ -147,6 +148,7 @@ void CurveMouse::_pressLeft(const QMouseEvent& event, const CurvePlacement& plac
     if (!plot.contains(point)) {
         if (point.y() < plot.top() && point.x() >= plot.left()) {
             _gesture = Gesture::scrub;
+            _frameBefore = _document.markers().selectedIndex();
             _scrubTo(point, placement);
         }
         return;

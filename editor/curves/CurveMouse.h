@@ -43,8 +43,12 @@ public:
     void moveTo(const QMouseEvent& event, const CurvePlacement& placement);
     /// The end of the gesture, if it is the button that began it.
     void release(const QMouseEvent& event, const CurvePlacement& placement);
-    /// Takes a drag back and puts the rubber band away. False when no gesture was under way.
+    /// Takes a drag back, gives the selected frame back and puts the rubber band away. False when no gesture
+    /// was under way.
     bool cancel();
+    /// The button was released where nobody saw it, as a dialog takes it, or the animation is another one:
+    /// what was done so far stays.
+    void end();
 
 Q_SIGNALS:
     /// A key, handle or curve of the layer was pressed.
@@ -55,7 +59,6 @@ private:
 
     bool _isDragging() const noexcept;
     void _follow(const QMouseEvent& event, const CurvePlacement& placement);
-    void _end();
     void _pressLeft(const QMouseEvent& event, const CurvePlacement& placement, int currentLayer);
     void _grabKey(ZT::EditableMotionCurveKey* key, bool isAdding);
     void _grabHandle(const Hit& hit, bool ofAllSelected);
@@ -75,6 +78,7 @@ private:
     QPointF _start; ///< where the button went down: frame and value, so that it holds when the view moves
     bool _hasMoved = false; ///< further than a hand shakes in a click
     bool _wasSelected = false;
+    unsigned int _frameBefore = 0;             ///< the selected one when the button went down in the ruler
     QPointer<ZT::EditableMotionCurveKey> _key; ///< the one pressed
 };
 

@@ -226,7 +226,7 @@ void CurveView::changeEvent(QEvent* event) {
 }
 
 void CurveView::_start() {
-    _mouse->cancel();
+    _mouse->end(); // A frame that cancel() would give back is the last animation's.
     using Markers = ZT::AnimationMarkers;
     const Markers* const markers = &_document.markers();
     connect(markers, &Markers::selectedIndexChanged, this, &CurveView::_moveCurrentFrame);

@@ -3,20 +3,7 @@
 #include "document/HistoryEntry.h"
 #include "document/Macro.h"
 
-#include <QAction>
-
 namespace Editor {
-
-namespace {
-
-// Qt 5 has the action call the slot by its name, and so the one of History, Qt 6 that of QUndoStack.
-QAction* redirected(QAction* action, History& history, void (History::*slot)()) {
-    QObject::disconnect(action, nullptr, &history, nullptr);
-    QObject::connect(action, &QAction::triggered, &history, slot);
-    return action;
-}
-
-} // namespace
 
 void History::push(QUndoCommand* command) {
     Macro::push(*this, std::unique_ptr<QUndoCommand>(command));
@@ -29,14 +16,6 @@ void History::take(std::unique_ptr<HistoryEntry> entry) {
 void History::clear() {
     Q_EMIT aboutToChange();
     QUndoStack::clear();
-}
-
-QAction* History::createUndoAction(QObject* parent, const QString& prefix) {
-    return redirected(QUndoStack::createUndoAction(parent, prefix), *this, &History::undo);
-}
-
-QAction* History::createRedoAction(QObject* parent, const QString& prefix) {
-    return redirected(QUndoStack::createRedoAction(parent, prefix), *this, &History::redo);
 }
 
 void History::undo() {

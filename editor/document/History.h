@@ -1,11 +1,8 @@
 #pragma once
 
-#include <QString>
 #include <QUndoStack>
 
 #include <memory>
-
-class QAction;
 
 namespace Editor {
 
@@ -17,10 +14,11 @@ class HistoryEntry;
 ///
 /// Slots may throw. A command that throws when it is done for the first time is undone and leaves no entry.
 /// An undo, a redo and a jump are carried through to their end, the index moves along, and what the first
-/// command threw is thrown then: what index() says is done is done, but for keys that a slot kept out of their
-/// curve, which wait with their entry for the next try. For this every entry is a HistoryEntry.
+/// command threw is thrown then: what index() says is done is done, but for keys that a slot kept out of
+/// their curve, which wait with their entry for the next try. For this every entry is a HistoryEntry.
 ///
-/// QUndoStack's functions of the same names are not virtual: who has a History keeps it as one.
+/// QUndoStack's functions of the same names are not virtual: who has a History keeps it as one, and
+/// connects anew the actions that QUndoStack makes.
 class History : public QUndoStack {
     Q_OBJECT
 
@@ -33,10 +31,6 @@ public:
     /// Puts an entry on top whose commands are done. Who did them has emitted aboutToChange() before.
     void take(std::unique_ptr<HistoryEntry> entry);
     void clear();
-
-    /// As QUndoStack's, but what they trigger is undo() and redo() of this class. @p parent owns them.
-    QAction* createUndoAction(QObject* parent, const QString& prefix = {});
-    QAction* createRedoAction(QObject* parent, const QString& prefix = {});
 
 public Q_SLOTS:
     void undo();

@@ -107,12 +107,23 @@ void TimelineGesture::move(const TimelineLayout& layout, const QPoint& point) {
         return;
     }
     if (_kind == Kind::waiting && (point - _pressed).manhattanLength() >= QApplication::startDragDistance()) {
-        _drag.begin(_dragKind());
-        _kind = Kind::dragging;
+        _beginDrag();
     }
     if (_kind == Kind::dragging) {
         _drag.moveTo(QPointF(layout.frameAt(point.x()) - _pressedFrame, 0.0));
     }
+}
+
+// An undo may have taken the range away since it was pressed.
+void TimelineGesture::_beginDrag() {
+    const Part part = _target.part();
+    const bool isOnRange = part == Part::range || part == Part::rangeStart || part == Part::rangeEnd;
+    if (isOnRange && !_document.markers().isRangeVisible()) {
+        _kind = Kind::none;
+        return;
+    }
+    _drag.begin(_dragKind());
+    _kind = Kind::dragging;
 }
 
 std::unique_ptr<DragKind> TimelineGesture::_dragKind() const {

@@ -27,11 +27,9 @@ public:
     void release(const TimelineLayout& layout, const QPoint& point);
     /// Gives back what was there when the button was pressed. Returns false where no gesture is under way.
     bool cancel();
-    /// The button was released where nobody saw it: what the gesture has done so far stays. Finishes its
-    /// drag.
+    /// The button was released where nobody saw it, or the animation is another one: what the gesture has
+    /// done so far stays. Finishes its drag.
     void end();
-    /// The gesture is over, and its drag is another's concern.
-    void forget() noexcept { _kind = Kind::none; }
     /// The gesture is over where the drag was its own.
     void dragEnded() noexcept { _kind = _kind == Kind::dragging ? Kind::none : _kind; }
 
@@ -48,6 +46,7 @@ private:
     void _pressKey(bool isToggling);
     void _grabMarker(Kind kind, unsigned int frame, const TimelineLayout& layout);
     void _setMarker(unsigned int frame);
+    void _beginDrag();
     std::unique_ptr<DragKind> _dragKind() const;
     void _selectBand(const TimelineLayout& layout);
 

@@ -83,7 +83,7 @@ void TimelineView::_observe() {
     connect(markers, &Markers::rangeEndIndexChanged, this, &TimelineView::_repaint);
     connect(markers, &Markers::rangeVisibilityChanged, this, &TimelineView::_repaint);
     _currentFrame = markers->selectedIndex();
-    _gesture.forget();
+    _gesture.end();
     _updateScrollBar();
     _repaint();
 }
@@ -277,6 +277,11 @@ void TimelineView::mouseReleaseEvent(QMouseEvent* event) {
         _repaintBand(); // It is gone then.
         _gesture.release(parts(), event->pos());
     }
+}
+
+// The second of two quick presses is one like the first; the base class would ignore it.
+void TimelineView::mouseDoubleClickEvent(QMouseEvent* event) {
+    mousePressEvent(event);
 }
 
 void TimelineView::_repaintBand() {

@@ -33,7 +33,9 @@ EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QO
                        QKeySequence::keyBindings(QKeySequence::SelectAll)))
     , _invert(dress(new QAction(tr("&Invert Selection"), this), "invertSelection", {Qt::CTRL | Qt::Key_I})) {
     limitKeysToItsWidgets(_removeAction);
-    // The stack's own slots would let exceptions of commands through Qt.
+    // As QUndoStack connects its actions, Qt 5 calls the slot by its name, and so the one of History, Qt 6
+    // that of QUndoStack, which does not say that it is about to change. Both let exceptions of commands
+    // through Qt.
     History& history = workspace.document.history();
     disconnect(_undo, nullptr, &history, nullptr);
     disconnect(_redo, nullptr, &history, nullptr);

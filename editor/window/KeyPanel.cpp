@@ -234,12 +234,7 @@ void KeyPanel::_moveTo(double frame) {
     for (const ZT::EditableMotionCurveKey* const key : keys) {
         first = std::min(first, ZT::index(key));
     }
-    try {
-        dragAtOnce(_workspace.drag, dragKeys(keys), QPointF(frame - first, 0.0));
-    } catch (...) { // Nobody is there to end it.
-        _workspace.drag.cancel();
-        throw;
-    }
+    dragAtOnce(_workspace.drag, dragKeys(keys), QPointF(frame - first, 0.0));
 }
 
 void KeyPanel::_setHandle(TangentSide side, HandleNumbers::Number which, double number) {

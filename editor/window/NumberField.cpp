@@ -16,10 +16,11 @@ namespace Editor {
 
 namespace {
 
-// With the decimal point that files have, or the one of the user's country.
+// With the decimal point that files have, or the one of the user's country. The former is tried without
+// separators of groups: a decimal comma would be one.
 std::optional<double> numberIn(const QString& text) {
     bool isNumber = false;
-    double number = QLocale::c().toDouble(text, &isNumber);
+    double number = text.toDouble(&isNumber);
     if (!isNumber) {
         number = QLocale().toDouble(text, &isNumber);
     }

@@ -178,8 +178,11 @@ private Q_SLOTS:
         scene.stack->push(new Move({{key, QPointF(3, 5)}}, false));
         scene.stack->push(new Move({{key, QPointF(3, -static_cast<double>(old))}}, false));
         QCOMPARE(scene.stack->count(), 1);
+        const QString end = scene.state();
         scene.stack->undo();
         QCOMPARE(scene.state(), start);
+        scene.stack->redo();
+        QCOMPARE(scene.state(), end);
     }
 
     void aDragIsOneEntryThatUndoesToItsStart() {

@@ -233,6 +233,32 @@ private Q_SLOTS:
         QCOMPARE(scene.entries(), 0);
     }
 
+    void escapeGivesTheSelectedFrameBack() {
+        Scene scene(twoLayers);
+        const QPoint ruler(scene.at(30, 0).x(), 5);
+        scene.document.markers().setSelectedIndex(7);
+        scene.press(ruler);
+        scene.moveTo({scene.at(55, 0).x(), 5});
+        QCOMPARE(scene.document.markers().selectedIndex(), 55U);
+        scene.type(Qt::Key_Escape);
+        QCOMPARE(scene.document.markers().selectedIndex(), 7U);
+        scene.moveTo(ruler);
+        scene.release(ruler);
+        QCOMPARE(scene.document.markers().selectedIndex(), 7U);
+    }
+
+    void anotherAnimationKeepsItsSelectedFrameWhileTheButtonIsDownInTheRuler() {
+        Scene scene(twoLayers);
+        const QPoint ruler(scene.at(30, 0).x(), 5);
+        scene.document.markers().setSelectedIndex(7);
+        scene.press(ruler);
+        scene.load(twoLayers);
+        QCOMPARE(scene.document.markers().selectedIndex(), 1U);
+        scene.moveTo(ruler);
+        scene.release(ruler);
+        QCOMPARE(scene.document.markers().selectedIndex(), 1U);
+    }
+
     void anotherAnimationIsShownFromItsBeginning() {
         Scene scene(twoLayers);
         scene.view->setCurrentLayer(1);

@@ -3,7 +3,6 @@
 #include "document/Macro.h"
 #include "window/HistoryPanel.h"
 
-#include <QAction>
 #include <QItemSelectionModel>
 #include <QStringList>
 #include <QtTest>
@@ -58,7 +57,6 @@ private Q_SLOTS:
     void cleanup() { _history.reset(); }
 
     void everyChangeIsSaidBeforeItIsDone();
-    void itsActionsSayItToo();
     void aJumpInThePanelIsSaidBeforeItIsDone();
     void thePanelShowsWhereTheHistoryIs();
     void anEntryThatIsPushedWhenAChangeIsSaidComesBeforeIt();
@@ -102,14 +100,6 @@ void EditorHistoryTest::everyChangeIsSaidBeforeItIsDone() {
     _history->clear();
     QCOMPARE(_log, (QStringList{"before at 1", "clean", "before at 1"}));
     QCOMPARE(_history->count(), 0);
-}
-
-void EditorHistoryTest::itsActionsSayItToo() {
-    const std::unique_ptr<QAction> undo(_history->createUndoAction(nullptr));
-    const std::unique_ptr<QAction> redo(_history->createRedoAction(nullptr));
-    undo->trigger();
-    redo->trigger();
-    QCOMPARE(_log, (QStringList{"before at 2", "undo b", "before at 1", "redo b"}));
 }
 
 void EditorHistoryTest::aJumpInThePanelIsSaidBeforeItIsDone() {

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLocale>
 
 #include <cstdlib>
 #include <limits>
@@ -37,6 +38,18 @@ public:
     }
 };
 
+/// Numbers are written as in Germany while there is one of these.
+class GermanNumbers {
+public:
+    GermanNumbers() { QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany)); }
+    ~GermanNumbers() { QLocale::setDefault(_before); }
+    GermanNumbers(const GermanNumbers&) = delete;
+    GermanNumbers& operator=(const GermanNumbers&) = delete;
+
+private:
+    QLocale _before;
+};
+
 } // namespace
 
 class KeyPanelTest : public QObject {
@@ -54,6 +67,9 @@ private Q_SLOTS:
     void aHandleOutOfItsSegmentIsRefused();
     void whatIsNoNumberIsRefusedAndTakenBack_data();
     void whatIsNoNumberIsRefusedAndTakenBack();
+    void numbersMayHaveTheDecimalCommaOfTheCountry_data();
+    void numbersMayHaveTheDecimalCommaOfTheCountry();
+    void aDecimalCommaMakesNoThousandsOfFrames();
     void escapeTakesBackWhatWasTyped();
     void aFieldThatIsLeftCounts();
     void valuesAreShownToTheLastBit_data();
@@ -203,6 +219,40 @@ void KeyPanelTest::whatIsNoNumberIsRefusedAndTakenBack() {
     QCOMPARE(scene.history().count(), 0);
     QCOMPARE(scene.field(field.constData()).text(), shown);
     QVERIFY(!scene.window.status().text().isEmpty());
+}
+
+void KeyPanelTest::numbersMayHaveTheDecimalCommaOfTheCountry_data() {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<float>("value");
+    QTest::newRow("three decimals behind a zero") << "0,125" << 0.125F;
+    QTest::newRow("three decimals") << "1,500" << 1.5F;
+    QTest::newRow("below zero") << "-0,250" << -0.25F;
+    QTest::newRow("one decimal") << "1,5" << 1.5F;
+    QTest::newRow("the point of files") << "0.125" << 0.125F;
+}
+
+void KeyPanelTest::numbersMayHaveTheDecimalCommaOfTheCountry() {
+    QFETCH(QString, text);
+    QFETCH(float, value);
+    const GermanNumbers german;
+    PanelScene scene(20);
+    scene.enter("valueField", text);
+    QCOMPARE(key(scene.document(), 0, 20)->getValue(), value);
+    QCOMPARE(key(scene.document(), 1, 20)->getValue(), value);
+    QCOMPARE(scene.history().count(), 1);
+}
+
+void KeyPanelTest::aDecimalCommaMakesNoThousandsOfFrames() {
+    const GermanNumbers german;
+    PanelScene scene(10);
+    const QString before = scene.state();
+    scene.enter("frameField", "10,500");
+    QCOMPARE(scene.state(), before);
+    QVERIFY2(scene.window.status().text().contains("whole numbers"),
+             qPrintable(scene.window.status().text()));
+    scene.enter("frameField", "1,000");
+    QVERIFY(key(scene.document(), 0, 1) != nullptr && key(scene.document(), 1, 1) != nullptr);
+    QCOMPARE(scene.history().count(), 1);
 }
 
 void KeyPanelTest::escapeTakesBackWhatWasTyped() {

@@ -16,6 +16,19 @@ private Q_SLOTS:
         QCOMPARE(scene.selected(), QString("arm@26"));
     }
 
+    void theSecondOfTwoQuickPressesDragsAsWell() {
+        TimelineScene scene;
+        checkEdit(scene, [&scene] {
+            scene.click(scene.inRow(0, 20));
+            scene.pressAgain(scene.inRow(0, 20));
+            scene.moveTo(scene.inRow(0, 23));
+            scene.moveTo(scene.inRow(0, 26));
+            scene.release(scene.inRow(0, 26));
+        });
+        QCOMPARE(scene.frames(0), QString("0 10 26 30"));
+        QCOMPARE(scene.selected(), QString("arm@26"));
+    }
+
     // A dialog that opens in the middle of a gesture takes the release.
     void aMoveWithoutTheButtonEndsTheGestureWhereItWas() {
         TimelineScene scene;

@@ -128,6 +128,30 @@ private Q_SLOTS:
         });
     }
 
+    void aRangeThatIsUndoneAfterThePressIsNotDragged_data() {
+        QTest::addColumn<int>("grip");
+        QTest::newRow("middle") << 0;
+        QTest::newRow("start") << -1;
+        QTest::newRow("end") << 1;
+    }
+    void aRangeThatIsUndoneAfterThePressIsNotDragged() {
+        QFETCH(int, grip);
+        TimelineScene scene;
+        scene.dragBetween(scene.inLane(20), scene.inLane(50));
+        const QPoint from = grip < 0   ? scene.onRangeStart()
+                            : grip > 0 ? scene.onRangeEnd()
+                                       : scene.inLane(35);
+        const QPoint to = from + scene.wide(grip < 0 ? -7 : 7);
+        scene.press(from);
+        scene.history().undo();
+        QVERIFY(!scene.markers().isRangeVisible());
+        checkNothingHappens(scene, [&scene, &to] {
+            scene.moveTo(to);
+            QVERIFY(!scene.drag.isActive());
+            scene.release(to);
+        });
+    }
+
     void aBlockedStretchWaitsAndLosesNoKey() {
         TimelineScene scene;
         scene.add(0, {5, 12});

@@ -64,6 +64,12 @@ public:
         press(point, modifiers);
         release(point, modifiers);
     }
+    /// The second of two quick presses.
+    void pressAgain(const QPoint& point, Qt::KeyboardModifiers modifiers = {}) {
+        QMouseEvent event(QEvent::MouseButtonDblClick, point, view.viewport()->mapToGlobal(point),
+                          Qt::LeftButton, Qt::LeftButton, modifiers);
+        QApplication::sendEvent(view.viewport(), &event);
+    }
     /// Presses and moves in several steps.
     void pull(const QPoint& from, const QPoint& to, Qt::KeyboardModifiers modifiers = {},
               Qt::MouseButton button = Qt::LeftButton) {

@@ -22,6 +22,16 @@ private Q_SLOTS:
         QCOMPARE(scene.selected(), QString("leg@40"));
     }
 
+    void aDoubleClickWithShiftAddsAKeyAndTakesItAway() {
+        TimelineScene scene;
+        scene.select(1, {40});
+        scene.click(scene.inRow(0, 10), Qt::ShiftModifier);
+        QCOMPARE(scene.selected(), QString("arm@10 leg@40"));
+        scene.pressAgain(scene.inRow(0, 10), Qt::ShiftModifier);
+        scene.release(scene.inRow(0, 10), Qt::ShiftModifier);
+        QCOMPARE(scene.selected(), QString("leg@40"));
+    }
+
     void aClickOnOneOfManySelectedKeysLeavesItAlone() {
         TimelineScene scene;
         scene.select(0, {10, 20});

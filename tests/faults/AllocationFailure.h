@@ -5,9 +5,9 @@
 /// While it lives, one allocation by operator new throws std::bad_alloc: the n-th from its beginning, counted
 /// from 1.
 ///
-/// Not counted is what Qt cannot stand, and whatever else is as large as the second of these: its containers
-/// call malloc and end the program where that fails; and a receiver's first connection, where the object's
-/// connection data cannot be allocated, is left in the sender's list after it was freed
+/// Not counted is what Qt's containers allocate by malloc, which a program cannot replace by means of the
+/// language; and a receiver's first connection, with whatever else is as large: where the object's connection
+/// data cannot be allocated, the connection is left in the sender's list after it was freed
 /// (QObjectPrivate::addConnection() of Qt 5.15).
 class AllocationFailure {
 public:

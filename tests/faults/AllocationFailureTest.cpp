@@ -2,6 +2,9 @@
 
 #include "base/animation/Animation.h"
 #include "base/animation/AnimationXml.h"
+#include "commands/MoveCurveKeysCommand.h"
+#include "commands/MoveRangeCommand.h"
+#include "commands/ReplaceCurveKeysCommand.h"
 #include "tests/faults/FaultOperations.h"
 #include "tests/support/Snapshot.h"
 
@@ -59,6 +62,10 @@ class AllocationFailureTest : public QObject {
 private Q_SLOTS:
     void anOperationWithoutMemoryLosesNoKey_data();
     void anOperationWithoutMemoryLosesNoKey();
+    void aReplacementWithoutMemoryCanBeTakenBackOrTriedAgain_data();
+    void aReplacementWithoutMemoryCanBeTakenBackOrTriedAgain();
+    void aMergeWithoutMemoryLeavesTwoCommands_data();
+    void aMergeWithoutMemoryLeavesTwoCommands();
     void aCommandThatCannotBeBuiltLeavesItsKeysToTheCaller();
     void whatCannotBeBuiltLeavesNothingBehind();
     void aFailedReadLeavesThePlainAnimationUnchanged();
@@ -89,6 +96,97 @@ void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey() {
         [&] { QCOMPARE(QString("allocation %1: ").arg(n) + fault, QString("allocation %1: ").arg(n)); }();
         return hasFailed;
     });
+}
+
+void AllocationFailureTest::aReplacementWithoutMemoryCanBeTakenBackOrTriedAgain_data() {
+    QTest::addColumn<bool>("isTriedAgain");
+    QTest::addColumn<bool>("isUndo");
+    for (const bool isUndo : {false, true}) {
+        QTest::addRow("%s, taken back", isUndo ? "undo" : "redo") << false << isUndo;
+        QTest::addRow("%s, tried again", isUndo ? "undo" : "redo") << true << isUndo;
+    }
+}
+
+// Some keys are displaced, some leave and one is to enter a curve in which it stands by then.
+void AllocationFailureTest::aReplacementWithoutMemoryCanBeTakenBackOrTriedAgain() {
+    QFETCH(const bool, isTriedAgain);
+    QFETCH(const bool, isUndo);
+    using Maps = QMap<FaultScene::Curve*, FaultScene::Curve::KeysIndexMap>;
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        scene.command = std::make_unique<ZT::AnimCmd::ReplaceCurveKeysCommand>(
+            Maps{{&scene.curve(0), {{scene.key(0), 2}}}, {&scene.curve(1), {{scene.key(4), 2}}}},
+            Maps{{&scene.curve(0), {{scene.key(8), 4}, {scene.key(9), 9}}},
+                 {&scene.curve(1), {{scene.key(10), 8}}}});
+        scene.curve(0).insert(9, scene.key(9));
+        const QString before = scene.state();
+        scene.command->redo();
+        const QString after = scene.state();
+        if (!isUndo) {
+            scene.command->undo();
+        }
+        const auto run = [&](bool undoes) { undoes ? scene.command->undo() : scene.command->redo(); };
+        const bool hasFailed = runFailing(n, [&] { run(isUndo); });
+        if (isTriedAgain) {
+            run(isUndo);
+            [&] { QCOMPARE(scene.state(), isUndo ? before : after); }();
+        }
+        run(!isUndo);
+        [&] { QCOMPARE(scene.state(), isUndo ? after : before); }();
+        [&] { QCOMPARE(scene.fault(), QString()); }();
+        for (std::size_t i = 0; i < FaultScene::keyCount; ++i) {
+            [&] { QVERIFY(scene.isAlive(i)); }();
+        }
+        return hasFailed;
+    });
+    QVERIFY(failures > 0);
+}
+
+using BuildStep = std::function<QUndoCommand*(FaultScene&, int step)>;
+Q_DECLARE_METATYPE(BuildStep)
+
+void AllocationFailureTest::aMergeWithoutMemoryLeavesTwoCommands_data() {
+    using namespace ZT::AnimCmd;
+    QTest::addColumn<BuildStep>("build");
+    QTest::newRow("keys") << BuildStep([](FaultScene& s, int step) {
+        return new MoveCurveKeysCommand(s.forEachStanding<QPointF>([step](FaultScene::Key* key) {
+            return QPointF(ZT::index(key), step);
+        }),
+                                        false);
+    });
+    QTest::newRow("a range that finds frames taken") << BuildStep([](FaultScene& s, int step) {
+        const auto first = static_cast<unsigned int>(step);
+        return new MoveRangeCommand(&s.markers(),
+                                    {{s.key(step == 1 ? 0 : 1), 2U * first}, {s.key(4), 1U + first}},
+                                    first + 1U, first + 3U, first + 3U, false);
+    });
+}
+
+void AllocationFailureTest::aMergeWithoutMemoryLeavesTwoCommands() {
+    QFETCH(const BuildStep, build);
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        const QString before = scene.state();
+        scene.command.reset(build(scene, 1));
+        scene.command->redo();
+        std::unique_ptr<QUndoCommand> step(build(scene, 2));
+        step->redo();
+        bool isMerged = false;
+        const bool hasFailed = runFailing(n, [&] { isMerged = scene.command->mergeWith(step.get()); });
+        [&] { QVERIFY(hasFailed || isMerged); }();
+        if (isMerged) {
+            step.reset();
+        } else {
+            step->undo();
+        }
+        scene.command->undo();
+        [&] { QCOMPARE(scene.state(), before); }();
+        for (std::size_t i = 0; i < FaultScene::keyCount; ++i) {
+            [&] { QVERIFY(scene.isAlive(i)); }();
+        }
+        return hasFailed;
+    });
+    QVERIFY(failures > 0);
 }
 
 void AllocationFailureTest::whatCannotBeBuiltLeavesNothingBehind() {

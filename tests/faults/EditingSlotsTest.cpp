@@ -23,24 +23,33 @@ public:
     SlotEditor(FaultScene& scene, unsigned int seed)
         : _scene(scene)
         , _random(seed) {
+        using Animation = ZT::EditableAnimation;
+        using Layer = ZT::EditableAnimationLayer;
+        using Markers = ZT::AnimationMarkers;
         for (std::size_t i = 0; i < FaultScene::keyCount; ++i) {
-            const Key* const key = scene.key(i);
-            QObject::connect(key, &Key::tangentsChanged, &_context, [this] { _edit(); });
-            QObject::connect(key, &Key::valueChanged, &_context, [this] { _edit(); });
-            QObject::connect(key, &Key::indexChanged, &_context, [this] { _edit(); });
+            _listenTo(scene.key(i), &Key::valueChanged, &Key::tangentsChanged, &Key::smoothChanged,
+                      &Key::symmetricalChanged, &Key::indexChanged);
         }
         for (std::size_t i = 0; i < 2; ++i) {
-            const Curve* const curve = &scene.curve(i);
-            QObject::connect(curve, &Curve::keysChanged, &_context, [this] { _edit(); });
-            QObject::connect(curve, &Curve::keyAdded, &_context, [this] { _edit(); });
-            QObject::connect(curve, &Curve::keyAboutToBeRemoved, &_context, [this] { _edit(); });
-            QObject::connect(curve, &Curve::greaterIndexChanged, &_context, [this] { _edit(); });
+            _listenTo(&scene.curve(i), &Curve::keysChanged, &Curve::keyAdded, &Curve::keyAboutToBeRemoved,
+                      &Curve::curveCleared, &Curve::greaterIndexChanged);
         }
+        for (const Layer* const layer : scene.animation()) {
+            _listenTo(layer, &Layer::curveChanged, &Layer::greaterIndexChanged);
+        }
+        _listenTo(&scene.animation(), &Animation::layersChanged, &Animation::greaterIndexChanged);
+        _listenTo(&scene.markers(), &Markers::startIndexChanged, &Markers::endIndexChanged,
+                  &Markers::rangeStartIndexChanged, &Markers::rangeEndIndexChanged);
     }
 
     int edits() const noexcept { return _edits; }
 
 private:
+    template <class Sender, class... Signals>
+    void _listenTo(const Sender* sender, Signals... heard) {
+        (QObject::connect(sender, heard, &_context, [this] { _edit(); }), ...);
+    }
+
     unsigned int _below(unsigned int count) { return static_cast<unsigned int>(_random() % count); }
     Key* _standingKey() {
         auto position = _scene.curve().begin();

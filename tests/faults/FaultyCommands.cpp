@@ -60,6 +60,12 @@ std::vector<FaultOperation> faultyCommands() {
     const std::vector<Kind> kinds{
         {"ReplaceCurveKeysCommand, redo", "ReplaceCurveKeysCommand, undo",
          "ReplaceCurveKeysCommand, redo again", Law::curveByCurve, replacement},
+        {"AddCurveKeysCommand, redo", "AddCurveKeysCommand, undo", "AddCurveKeysCommand, redo again",
+         Law::curveByCurve,
+         [](Scene& s) {
+             return new AddCurveKeysCommand(CurvesKeysMap{{&s.curve(0), {{s.key(8), 9}}},
+                                                          {&s.curve(1), {{s.key(9), 4}, {s.key(10), 7}}}});
+         }},
         {"RemoveCurveKeysCommand, redo", "RemoveCurveKeysCommand, undo", "RemoveCurveKeysCommand, redo again",
          Law::curveByCurve, [](Scene& s) { return new RemoveCurveKeysCommand(listOf(s)); }},
         {"MoveCurveKeysCommand, redo", "MoveCurveKeysCommand, undo", "MoveCurveKeysCommand, redo again",

@@ -1,6 +1,8 @@
 #include "model/EditableMotionCurveExceptions.h"
 #include "tests/faults/FaultOperations.h"
 
+#include <boost/property_tree/ptree.hpp>
+
 namespace {
 
 using Curve = FaultScene::Curve;
@@ -56,6 +58,12 @@ std::vector<FaultOperation> faultyEdits() {
         {"insert onto a key", Law::eitherWay, nothing, [](Scene& s) { s.curve().insert(8, s.key(8)); }},
         {"insert a key that stands elsewhere", Law::eitherWay, nothing,
          [](Scene& s) { s.curve().insert(4, s.key(3)); }},
+        {"deserialize of a key", Law::carriedThrough,
+         [](Scene& s) {
+             s.key(8)->setSymmetrical(true);
+             s.key(8)->setSmooth(true);
+         },
+         [](Scene& s) { s.key(1)->deserialize(s.key(8)->serialize()); }},
         {"remove", Law::eitherWay, nothing, [](Scene& s) { s.curve().remove(8U); }},
         {"release", Law::takenBack, nothing, [](Scene& s) { s.receive(s.curve().release(8)); }},
         {"clear", Law::carriedThrough, nothing, [](Scene& s) { s.curve().clear(); }},

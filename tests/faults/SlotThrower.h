@@ -16,6 +16,8 @@ public:
     SlotThrower(const FaultScene& scene, int emission, AfterThat afterThat)
         : _left(emission)
         , _afterThat(afterThat) {
+        using Animation = ZT::EditableAnimation;
+        using Layer = ZT::EditableAnimationLayer;
         using Key = ZT::EditableMotionCurveKey;
         using Curve = ZT::EditableMotionCurve;
         using Markers = ZT::AnimationMarkers;
@@ -27,8 +29,14 @@ public:
             _listenTo(&scene.curve(i), &Curve::keysChanged, &Curve::keyAboutToBeRemoved, &Curve::keyAdded,
                       &Curve::curveCleared, &Curve::greaterIndexChanged);
         }
-        _listenTo(&scene.markers(), &Markers::startIndexChanged, &Markers::endIndexChanged,
-                  &Markers::rangeStartIndexChanged, &Markers::rangeEndIndexChanged);
+        for (const ZT::EditableAnimationLayer* const layer : scene.animation()) {
+            _listenTo(layer, &Layer::nameChanged, &Layer::muteChanged, &Layer::curveChanged,
+                      &Layer::greaterIndexChanged);
+        }
+        _listenTo(&scene.animation(), &Animation::layersChanged, &Animation::greaterIndexChanged);
+        _listenTo(&scene.markers(), &Markers::selectedIndexChanged, &Markers::startIndexChanged,
+                  &Markers::endIndexChanged, &Markers::rangeStartIndexChanged, &Markers::rangeEndIndexChanged,
+                  &Markers::rangeVisibilityChanged);
     }
 
     bool hasThrown() const noexcept { return _left <= 0; }

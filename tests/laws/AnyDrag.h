@@ -86,10 +86,7 @@ private:
         const double by = Draw::below(41) - 20;
         for (const auto& [key, frame] : _keys) {
             const float drawn = Draw::number();
-            // No step ends on a zero: redoing all steps at once takes a zero of the other sign, from before
-            // the drag, for the same value.
-            const float changed = drawn == 0.0F ? 0.125F : drawn;
-            const float value = keepsValues && key != nullptr ? key->getValue() : changed;
+            const float value = keepsValues && key != nullptr ? key->getValue() : drawn;
             positions.insert(key.data(), QPointF(isTogether ? frame + by : Draw::position(), double{value}));
         }
         return new ZT::AnimCmd::MoveCurveKeysCommand(positions, isFinal);
