@@ -2,6 +2,7 @@
 
 #include "document/AnimationData.h"
 #include "document/AnimationFile.h"
+#include "document/Attempt.h"
 #include "document/Document.h"
 #include "window/FileDialogs.h"
 #include "window/RecentFiles.h"
@@ -15,6 +16,7 @@
 #include <exception>
 #include <memory>
 #include <utility>
+#include <vector>
 
 namespace Editor {
 
@@ -60,20 +62,29 @@ bool FileSession::open(const QString& path) {
         return false;
     }
     const QString absolute = QFileInfo(path).absoluteFilePath();
-    if (AnimationFile::isWritable(absolute)) {
-        for (CrashCopy& copy : CrashCopy::of(absolute)) {
-            if (copy.holder() == CrashCopy::Holder::program) {
-                Q_EMIT problem(
-                    tr("Another program has unsaved changes of %1.").arg(QFileInfo(absolute).fileName()));
-            }
-            if (_ask(copy) == FileDialogs::Recovery::recover && _recover(std::move(copy))) {
-                _recent.add(absolute);
-                return true;
-            }
+    const QString refusal = tr("%1 could not be opened.").arg(QFileInfo(absolute).fileName());
+    std::vector<CrashCopy> copies;
+    const QString problemThere = attempt([&] {
+        if (AnimationFile::isWritable(absolute)) {
+            copies = CrashCopy::of(absolute);
+        }
+    });
+    if (!problemThere.isEmpty()) {
+        _dialogs.showProblem(refusal, absolute + QStringLiteral(": ") + problemThere);
+        return false;
+    }
+    for (CrashCopy& copy : copies) {
+        if (copy.holder() == CrashCopy::Holder::program) {
+            Q_EMIT problem(
+                tr("Another program has unsaved changes of %1.").arg(QFileInfo(absolute).fileName()));
+        }
+        if (_ask(copy) == FileDialogs::Recovery::recover && _recover(std::move(copy))) {
+            _recent.add(absolute);
+            return true;
         }
     }
     AnimationData data;
-    if (!_read(absolute, data, tr("%1 could not be opened.").arg(QFileInfo(absolute).fileName()))) {
+    if (!_read(absolute, data, refusal)) {
         if (!QFileInfo::exists(absolute)) {
             _recent.remove(absolute);
         }

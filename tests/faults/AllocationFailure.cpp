@@ -57,7 +57,15 @@ void* operator new(std::size_t size) {
     return allocate(size);
 }
 void* operator new[](std::size_t size) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    void* const memory = std::malloc(size == 0 ? 1 : size);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+#else
     return allocate(size);
+#endif
 }
 void operator delete(void* memory) noexcept {
     std::free(memory);

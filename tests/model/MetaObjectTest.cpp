@@ -41,12 +41,15 @@ QStringList methods(const QMetaObject& meta) {
         const QString access = method.access() == QMetaMethod::Public    ? ""
                                : method.access() == QMetaMethod::Private ? "private "
                                                                          : "protected ";
+        QByteArray signature = method.methodSignature();
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+        signature.replace("std::pair<", "QPair<"); // There it is only another name.
+#endif
         texts.append(access +
                      (isSlot     ? "slot "
                       : isSignal ? "signal "
                                  : "other ") +
-                     method.typeName() + ' ' + method.methodSignature() + ": " +
-                     method.parameterNames().join(' '));
+                     method.typeName() + ' ' + signature + ": " + method.parameterNames().join(' '));
     }
     return texts;
 }
