@@ -288,7 +288,7 @@ void EditableMotionCurve::_putBack(EditableMotionCurveKey* key, Index frame) {
     const unsigned int previousGreater = getGreaterIndex();
     Index target = frame;
     if (!isIndexAvailable(target)) {
-        target = previousGreater + 1U; // Behind the last possible frame comes the first one.
+        target = previousGreater; // Behind it is room, behind the last possible frame comes the first one.
     }
     while (!isIndexAvailable(target)) {
         ++target;

@@ -85,9 +85,7 @@ void EditableMotionCurve::_moveKeys(const KeyMoves& moves) {
             batch.thrown.guard([&] { _translate(key, frameFromPosition(target.x())); });
         }
     }
-    if (isBackwards) {
-        batch.trail.reverse();
-    }
+    batch.trail.turn(isBackwards);
     batch.end();
 }
 

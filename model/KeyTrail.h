@@ -27,8 +27,12 @@ public:
         }
     }
 
-    /// For a walk in the other direction.
-    void reverse() noexcept { std::reverse(_steps.begin(), _steps.end()); }
+    /// The next walk goes in the other direction, if @p isBackwards.
+    void turn(bool isBackwards) noexcept {
+        if (isBackwards) {
+            std::reverse(_steps.begin(), _steps.end());
+        }
+    }
 
     std::size_t size() const noexcept { return _steps.size(); }
 

@@ -29,10 +29,7 @@ Utf8Character utf8CharacterAt(std::string_view text, std::size_t position) noexc
     if (length < 2) {
         return {first, length};
     }
-    if (text.size() - position < length) {
-        return noCharacter;
-    }
-    char32_t code = first & (0x7fU >> length);
+    char32_t code = first & (0x7fU >> length); // Too small for its length where the text ends before it does.
     for (const char next : text.substr(position + 1, length - 1)) {
         const auto byte = static_cast<unsigned char>(next);
         if ((byte & 0xc0U) != 0x80U) {

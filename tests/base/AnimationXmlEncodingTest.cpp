@@ -213,6 +213,8 @@ private slots:
         QCOMPARE(problemOf("<?xml version='1.0'?><!DOCTYPE animation><animation note='[1]'/>"), QString());
         QVERIFY(
             problemOf("<?xml version='1.0'?>\n<!DOCTYPE animation [ ]><animation/>").startsWith("line 2"));
+        QVERIFY(problemOf("<!DOCTYPE animation [ ]><animation/>").startsWith("line 1"));
+        QCOMPARE(problemOf("<!--          [ --><!DOCTYPE a><animation/>"), QString());
     }
 
     void whereNoReferencesAreReadTheirSignIsText() {

@@ -68,6 +68,7 @@ private Q_SLOTS:
     void aMergeWithoutMemoryLeavesTwoCommands();
     void aCommandThatCannotBeBuiltLeavesItsKeysToTheCaller();
     void whatCannotBeBuiltLeavesNothingBehind();
+    void aKeyThatCannotBeTakenInIsNotAnnounced();
     void aFailedReadLeavesThePlainAnimationUnchanged();
     void aFailedReadLeavesTheEditableAnimationUnchanged();
     void aFailedReadLeavesTheEditableCurveUnchanged();
@@ -198,6 +199,23 @@ void AllocationFailureTest::whatCannotBeBuiltLeavesNothingBehind() {
                 [&] { const std::unique_ptr<ZT::EditableMotionCurveKey> clone(scene.key(0)->clone()); }) > 1);
 }
 
+void AllocationFailureTest::aKeyThatCannotBeTakenInIsNotAnnounced() {
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        const FaultScene scene;
+        int announced = 0;
+        connect(&scene.curve(), &FaultScene::Curve::keyAdded, [&announced] { ++announced; });
+        bool isDone = false;
+        const bool hasFailed = runFailing(n, [&] {
+            scene.curve().insert(9, scene.key(8));
+            isDone = true;
+        });
+        [&] { QCOMPARE(isDone, announced == 1); }();
+        [&] { QCOMPARE(isDone, scene.curve().getKey(9) == scene.key(8)); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 1);
+}
+
 void AllocationFailureTest::aFailedReadLeavesThePlainAnimationUnchanged() {
     const Tree tree = plainAnimation().serialize();
     VQ::Animation::Animation animation;
@@ -283,15 +301,17 @@ void AllocationFailureTest::writingWithoutMemoryLeavesNothingBehind() {
     VQ::Animation::writeAnimationXml(whole, tree);
     const std::size_t failures = failEachAllocation([&](std::size_t n) {
         std::ostringstream stream;
+        bool isWritten = false;
         const bool hasFailed = runFailing(n, [&] {
             try {
                 VQ::Animation::writeAnimationXml(stream, tree);
+                isWritten = true;
             } catch (const std::runtime_error&) {
                 // The stream itself ran out of memory, which streams do not throw.
                 QVERIFY(stream.bad());
             }
         });
-        [&] { QVERIFY(hasFailed || stream.str() == whole.str()); }();
+        [&] { QVERIFY(isWritten ? stream.str() == whole.str() : hasFailed); }();
         return hasFailed;
     });
     QVERIFY(failures > 5);

@@ -1,7 +1,9 @@
 #include "commands/ReplaceCurveKeysCommand.h"
 #include "tests/faults/FaultOperations.h"
 #include "tests/faults/SlotThrower.h"
+#include "tests/support/SignalRecorder.h"
 
+#include <QRegularExpression>
 #include <QtTest>
 
 #include <algorithm>
@@ -45,6 +47,7 @@ private Q_SLOTS:
     void aReplacementThatASlotStoppedIsTakenBackByTheOpposite();
     void aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain();
     void takingBackAnnouncesNoFrameThatWasNeverTheGreatest();
+    void theWayBackOfAReleasedKeyIsAnnounced();
 };
 
 void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data() {
@@ -249,6 +252,21 @@ void ThrowingSlotsTest::takingBackAnnouncesNoFrameThatWasNeverTheGreatest() {
     QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({{scene.key(3), 8}}, {{scene.key(8), 20}}),
                              SlotFailure);
     QCOMPARE(greatest.size(), 0);
+}
+
+void ThrowingSlotsTest::theWayBackOfAReleasedKeyIsAnnounced() {
+    FaultScene scene;
+    SignalRecorder recorder;
+    recorder.watch(scene.curve());
+    scene.curve().updateBezierAutoTangents();
+    recorder.take();
+    connect(&scene.curve(), &FaultScene::Curve::greaterIndexChanged, [] { throw SlotFailure(); });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().release(8), SlotFailure);
+    QCOMPARE(scene.curve().getKey(8), scene.key(3));
+    QString heard = recorder.take();
+    heard.remove(QRegularExpression("[(][^)]*[)]"));
+    QCOMPARE(heard, QString("curve.keyAboutToBeRemoved, curve.greaterIndexChanged, curve.keyAdded, "
+                            "curve.greaterIndexChanged"));
 }
 
 QTEST_GUILESS_MAIN(ThrowingSlotsTest)

@@ -60,6 +60,20 @@ private Q_SLOTS:
         QVERIFY(other.isRecomputed());
     }
 
+    // The other curve finds neither the key nor neighbours.
+    void aKeyThatNamesAnotherCurveIsRecomputedAsThatOneSeesIt() {
+        Rising rising;
+        rising.curve.updateBezierAutoTangents();
+        Curve other;
+        Key* const key = rising.keys[1];
+        key->_setParentCurve(&other);
+        rising.curve.updateBezierAutoTangents();
+        const auto handle = key->getRightTangentOffset();
+        key->_setParentCurve(&rising.curve);
+        QCOMPARE(handle, qMakePair(0.0F, 0.0F));
+        QVERIFY(!rising.isRecomputed());
+    }
+
     void aKeyThatASlotMovesOnIsRecomputedWhereItStandsThen() {
         Rising rising;
         rising.whileChanging(1, [&] { rising.curve.translateKey(rising.keys[1], 33); });
