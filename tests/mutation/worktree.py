@@ -82,7 +82,7 @@ class Worktree:
              "-DEDITABLEANIMATION_EXAMPLES=OFF", "-DEDITABLEANIMATION_EDITOR=OFF", "-DEDITABLEANIMATION_INSTALL=OFF",
              "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DEDITABLEANIMATION_PRECOMPILE_LIBRARIES=ON",
              "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=gold", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
-             "-DCMAKE_PROJECT_INCLUDE=" + os.path.join(self.source, "cmake", "PrecompiledHeaders.cmake")],
+             "-DCMAKE_PROJECT_INCLUDE=" + os.path.join(self.source, "cmake", "FastBuild.cmake")],
             check=True, stdout=subprocess.DEVNULL)
         self.build(jobs=jobs)
 

@@ -1,7 +1,7 @@
-# Headers of other libraries, compiled once for many test programs: builds of everything take half the time.
-# With EDITABLEANIMATION_PRECOMPILE_LIBRARIES also once for each library, for who builds one of their files after the
-# other. Included behind project() by the presets that need it (CMAKE_PROJECT_INCLUDE); the preset debug does not, and
-# notices a header that a test uses without including it.
+# Builds of everything take half the time: headers of other libraries are compiled once for many test programs, and the
+# editor's sources several at a time. With EDITABLEANIMATION_PRECOMPILE_LIBRARIES each library's headers are compiled
+# once, too, for who builds one of its files after the other. Included behind project() by the presets that need it
+# (CMAKE_PROJECT_INCLUDE); the preset debug does not, and notices a header that a file uses without including it.
 
 # A program that links other parts of Qt than the first of its folder reads the headers themselves.
 set(CMAKE_PCH_WARN_INVALID OFF)
@@ -35,13 +35,16 @@ function(share_precompiled_headers)
   endforeach()
 endfunction()
 
-function(precompile_headers)
+function(build_fast)
   if(EDITABLEANIMATION_PRECOMPILE_LIBRARIES)
     target_precompile_headers(EditableAnimationBase PRIVATE ${EDITABLEANIMATION_PLAIN_HEADERS})
     target_precompile_headers(EditableAnimationModel PRIVATE
       ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS})
     target_precompile_headers(EditableAnimationCommands PRIVATE
       ${EDITABLEANIMATION_PLAIN_HEADERS} ${EDITABLEANIMATION_QT_HEADERS} <QUndoCommand>)
+  endif()
+  if(TARGET curve_editor_parts)
+    set_target_properties(curve_editor_document curve_editor_parts PROPERTIES UNITY_BUILD ON)
   endif()
   if(NOT EDITABLEANIMATION_TESTS)
     return()
@@ -51,4 +54,4 @@ function(precompile_headers)
   share_precompiled_headers(commands editor faults laws)
 endfunction()
 
-cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL precompile_headers)
+cmake_language(DEFER DIRECTORY ${CMAKE_SOURCE_DIR} CALL build_fast)
