@@ -13,7 +13,11 @@ endif()
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON) # Which Qt packages are needed is read from what was built.
+# The editor's own libraries are in another package, and no longer where it was built.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
+  ${PROJECT_BINARY_DIR}/base ${PROJECT_BINARY_DIR}/model ${PROJECT_BINARY_DIR}/commands)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libeditableanimation${EDITABLEANIMATION_SOVERSION})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
@@ -22,13 +26,15 @@ set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION} (libraries)")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libeditableanimation-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION} (headers)")
-if(QT_MAJOR EQUAL 5)
-  set(qt_headers qtbase5-dev)
+if(NOT EDITABLEANIMATION_MODEL)
+  set(qt_headers "")
+elseif(QT_MAJOR EQUAL 5)
+  set(qt_headers ", qtbase5-dev")
 else()
-  set(qt_headers qt6-base-dev)
+  set(qt_headers ", qt6-base-dev")
 endif()
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION}), libboost-dev, ${qt_headers}")
+  "${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION}), libboost-dev${qt_headers}")
 
 set(CPACK_DEBIAN_EDITOR_PACKAGE_NAME curve-editor)
 set(CPACK_DEBIAN_EDITOR_PACKAGE_SECTION graphics)

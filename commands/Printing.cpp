@@ -6,15 +6,13 @@
 
 #include <ostream>
 
-namespace ZT::AnimCmd {
-
 namespace {
 
 QString textOf(const QUndoCommand* command) {
     if (command == nullptr) {
         return QStringLiteral("no command");
     }
-    const auto* const step = dynamic_cast<const MergeableCommand*>(command);
+    const auto* const step = dynamic_cast<const ZT::MergeableCommand*>(command);
     const char* const drag = step == nullptr ? "" : step->isFinalCommand() ? ", final" : ", open";
     return QStringLiteral("command \"%1\"%2").arg(command->text(), QString::fromUtf8(drag));
 }
@@ -31,4 +29,6 @@ std::ostream& operator<<(std::ostream& stream, const QUndoCommand& command) {
     return stream << textOf(&command).toStdString();
 }
 
-} // namespace ZT::AnimCmd
+void PrintTo(const QUndoCommand* command, std::ostream* stream) {
+    *stream << textOf(command).toStdString();
+}

@@ -174,6 +174,11 @@ private Q_SLOTS:
         QCOMPARE(debugged(&smooth), "command \"" + smooth.text() + '"');
         QCOMPARE(printed(step), debugged(&step));
         QCOMPARE(debugged(static_cast<MoveCurveKeysCommand*>(nullptr)), QString("no command"));
+        const QUndoCommand* const fromStack = &step; // As QUndoStack::command() gives it.
+        QCOMPARE(debugged(fromStack), QString("command \"Move one key\", open"));
+        QCOMPARE(asGoogleTestShows(fromStack), debugged(fromStack));
+        QCOMPARE(asGoogleTestShows(const_cast<QUndoCommand*>(fromStack)), debugged(fromStack));
+        QCOMPARE(printed(*fromStack), debugged(fromStack));
     }
 
     void whatFollowsInALogIsSpacedAsBefore() {

@@ -1,5 +1,6 @@
 #include "SignalScene.h"
 #include "commands/ChangeKeyParamCommand.h"
+#include "commands/ChangeRangeCommand.h"
 #include "commands/MoveCurveKeysCommand.h"
 #include "commands/MoveRangeCommand.h"
 #include "commands/MoveTangentCommand.h"
@@ -174,6 +175,7 @@ Section layerOperations() {
         {
             {"layer: setActuatorName(\"wrist\")", [](Scene& s) { s.layer->setActuatorName("wrist"); }},
             {"layer: setMute(true)", [](Scene& s) { s.layer->setMute(true); }},
+            {"layer: deserialize()", [](Scene& s) { s.layer->deserialize(Layer().serialize()); }},
             {"layer: setCurve(another)", [](Scene& s) { s.layer->setCurve(new Curve); }},
             {"animation: push_back()", [](Scene& s) { s.animation->push_back(new Layer); }},
             {"animation: insert()", [](Scene& s) { s.animation->insert(s.animation->begin(), new Layer); }},
@@ -207,6 +209,10 @@ Section commandOperations() {
     };
     const Step added = [](Scene& s) { s.begin(make<AddCurveKeysCommand>(s.x(), s.curve, 6U)); };
     const Step removed = [](Scene& s) { s.begin(make<RemoveCurveKeysCommand>(s.c())); };
+    const Step replaced = [](Scene& s) {
+        using Maps = QMap<Curve*, Curve::KeysIndexMap>;
+        s.begin(make<ReplaceCurveKeysCommand>(Maps{{s.curve, {{s.a(), 2}}}}, Maps{{s.curve, {{s.x(), 4}}}}));
+    };
     const Step turned = [](Scene& s) {
         s.begin(make<MoveTangentCommand>(s.b(), Side::right, 2.0F, 1.0F, true));
     };
@@ -217,6 +223,9 @@ Section commandOperations() {
     const Step mirrored = [](Scene& s) { s.begin(make<ChangeSymmetryCommand>(s.b(), true)); };
     const Step given = [](Scene& s) {
         s.begin(make<ChangeTangentParamCommand>(QSet<Key*>{s.b()}, Type::linear, false, false));
+    };
+    const Step bounded = [](Scene& s) {
+        s.begin(make<ChangeRangeCommand>(&s.markers(), Curve::KeysIndexMap(), 4U, 12U, true));
     };
     const Step shifted = [](Scene& s) {
         s.begin(make<MoveRangeCommand>(&s.markers(), s.places(), 2U, 8U, 3U, true));
@@ -239,6 +248,8 @@ Section commandOperations() {
                 {"AddCurveKeysCommand: undo", undo, added},
                 {"RemoveCurveKeysCommand (c): redo", redo, again(removed)},
                 {"RemoveCurveKeysCommand: undo", undo, removed},
+                {"ReplaceCurveKeysCommand (a by x at 4): redo", redo, again(replaced)},
+                {"ReplaceCurveKeysCommand: undo", undo, replaced},
                 {"MoveTangentCommand (b, right): redo", redo, again(turned)},
                 {"MoveTangentCommand: undo", undo, turned},
                 {"ChangeInterpTypeCommand (b, left, linear): redo", redo, again(typed)},
@@ -249,6 +260,8 @@ Section commandOperations() {
                 {"ChangeSymmetryCommand: undo", undo, mirrored},
                 {"ChangeTangentParamCommand (b, linear): redo", redo, again(given)},
                 {"ChangeTangentParamCommand: undo", undo, given},
+                {"ChangeRangeCommand ([2, 8] to [4, 12]): redo", redo, again(bounded)},
+                {"ChangeRangeCommand: undo", undo, bounded},
                 {"MoveRangeCommand ([2, 8] to 3): redo", redo, again(shifted)},
                 {"MoveRangeCommand: undo", undo, shifted},
                 {"StretchRangeCommand ([2, 8] to [2, 14]): redo", redo, again(stretched)},

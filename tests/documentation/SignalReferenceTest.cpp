@@ -2,6 +2,7 @@
 #include "tests/documentation/Documentation.h"
 
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QtTest>
 
 using namespace Signals;
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void thePageGivesTheSignalsOfEachOperationInTheirOrder();
     void thePageKnowsEachSlotAndEachSignalOfTheModel_data();
     void thePageKnowsEachSlotAndEachSignalOfTheModel();
+    void thePageKnowsEachCommand();
 };
 
 void SignalReferenceTest::thePageGivesTheSignalsOfEachOperationInTheirOrder() {
@@ -76,6 +78,17 @@ void SignalReferenceTest::thePageKnowsEachSlotAndEachSignalOfTheModel_data() {
 void SignalReferenceTest::thePageKnowsEachSlotAndEachSignalOfTheModel() {
     QFETCH(const QString, method);
     QVERIFY(Documentation::textOf("docs/signals.md").contains(method + '('));
+}
+
+void SignalReferenceTest::thePageKnowsEachCommand() {
+    const QString page = Documentation::textOf("docs/signals.md");
+    const QString commands = Documentation::textOf("docs/commands.md");
+    auto names = QRegularExpression("`(\\w+Command)`").globalMatch(commands.left(commands.indexOf("\n## ")));
+    QVERIFY(names.hasNext());
+    while (names.hasNext()) {
+        const QString name = names.next().captured(1);
+        QVERIFY2(page.contains(name + ": undo"), qPrintable(name));
+    }
 }
 
 QTEST_GUILESS_MAIN(SignalReferenceTest)

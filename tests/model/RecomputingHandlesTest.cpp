@@ -68,7 +68,7 @@ private Q_SLOTS:
         Key* const key = rising.keys[1];
         key->_setParentCurve(&other);
         rising.curve.updateBezierAutoTangents();
-        const auto handle = key->getRightTangentOffset();
+        const auto handle = key->getTangentOffset(ZT::TangentSide::right);
         key->_setParentCurve(&rising.curve);
         QCOMPARE(handle, qMakePair(0.0F, 0.0F));
         QVERIFY(!rising.isRecomputed());
