@@ -26,7 +26,7 @@ ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(CurvesKeysMap keysToRemove, Cur
 }
 
 ReplaceCurveKeysCommand::ReplaceCurveKeysCommand(const QString& text, CurvesKeysMap keysToInsert)
-    : QUndoCommand(text)
+    : QUndoCommand(text.arg(keysToInsert.size()))
     , _keysToInsert(std::move(keysToInsert)) {
     _own(_keysToInsert);
 }
@@ -221,9 +221,8 @@ void ReplaceCurveKeysCommand::_leaveOutStanding(const CurvesKeysMap& standing, c
 
 AddCurveKeysCommand::AddCurveKeysCommand(CurvesKeysMap keys)
     : ReplaceCurveKeysCommand(
-          QCoreApplication::translate("ZT::AnimCmd::AddCurveKeysCommand", "Add %1 curve keys")
-              .arg(keys.size()),
-          keys) {}
+          QCoreApplication::translate("ZT::AnimCmd::AddCurveKeysCommand", "Add %1 curve keys"),
+          std::move(keys)) {}
 
 // Deliberate: the single-key forms keep the text of an empty replacement; see
 // theSingleKeyCommandsKeepTheTextOfAnEmptyReplacement().

@@ -56,7 +56,7 @@ public:
     ///@}
 
 protected:
-    /// Puts in @p keysToInsert under another text.
+    /// Puts in @p keysToInsert under another text, where %1 is the number of curves.
     ReplaceCurveKeysCommand(const QString& text, QMap<ZT::EditableMotionCurve*, KeysIndexMap> keysToInsert);
 
     /// How many curves the command names, for the texts that constructors make; redo() and undo() change it.
