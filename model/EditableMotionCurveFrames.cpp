@@ -181,6 +181,7 @@ struct EditableMotionCurve::Exchange {
         : toRelease(std::move(keysToRelease))
         , toInsert(std::move(keysToInsert))
         , left(toRelease)
+        , turn(toRelease.cbegin())
         , announcedGreatest(greatest) {
         steps.reserve(2 * static_cast<std::size_t>(toInsert.size())); // Noting one must not fail.
     }
@@ -199,8 +200,8 @@ struct EditableMotionCurve::Exchange {
 
     const KeysIndexMap toRelease;
     const KeysIndexMap toInsert;
-    KeysIndexMap left; ///< what left of toRelease, and all of it that has not had its turn
-    int releaseTurns = 0;
+    KeysIndexMap left;                 ///< what left of toRelease, and all of it that has not had its turn
+    KeysIndexMap::const_iterator turn; ///< what has its turn to be released
     std::vector<Step> steps;
     Index announcedGreatest; ///< what listeners take for the greatest frame
 };
@@ -289,7 +290,7 @@ bool EditableMotionCurve::_releaseKey(Exchange& exchange, EditableMotionCurveKey
     if (!isReleased) {
         exchange.leaveOut(key, frame);
     }
-    ++exchange.releaseTurns;
+    ++exchange.turn;
     return isReleased;
 }
 
@@ -332,8 +333,7 @@ void EditableMotionCurve::_takeBack(const Exchange& exchange) {
             }
         }
     }
-    auto entry = exchange.toRelease.cbegin();
-    for (int i = 0; i < exchange.releaseTurns; ++i, ++entry) {
+    for (auto entry = exchange.toRelease.cbegin(); entry != exchange.turn; ++entry) {
         if (exchange.hasLeft(entry.key(), entry.value())) {
             putBack(entry.key(), entry.value());
         }

@@ -5,6 +5,7 @@
 #include "commands/MoveCurveKeysCommand.h"
 #include "commands/MoveRangeCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
+#include "model/EditableMotionCurveExceptions.h"
 #include "tests/faults/FaultOperations.h"
 #include "tests/support/Snapshot.h"
 
@@ -69,6 +70,7 @@ private Q_SLOTS:
     void aCommandThatCannotBeBuiltLeavesItsKeysToTheCaller();
     void whatCannotBeBuiltLeavesNothingBehind();
     void aKeyThatCannotBeTakenInIsNotAnnounced();
+    void aNewcomerWithoutMemoryFailsOrStandsConnected();
     void aFailedReadLeavesThePlainAnimationUnchanged();
     void aFailedReadLeavesTheEditableAnimationUnchanged();
     void aFailedReadLeavesTheEditableCurveUnchanged();
@@ -214,6 +216,36 @@ void AllocationFailureTest::aKeyThatCannotBeTakenInIsNotAnnounced() {
         return hasFailed;
     });
     QVERIFY(failures > 1);
+}
+
+// What else the call was given is done by then: who gets no list of failed keys must find the key in the
+// curve.
+void AllocationFailureTest::aNewcomerWithoutMemoryFailsOrStandsConnected() {
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        ZT::EditableMotionCurve& curve = scene.curve();
+        ZT::EditableMotionCurveKey* const key = scene.key(9);
+        bool isFailed = false;
+        const bool hasFailed = runFailing(n, [&] {
+            try {
+                curve.reorganizeKeys({{scene.key(0), 20}, {key, 9}});
+            } catch (const ZT::EditableMotionCurveReorganizedFail& failure) {
+                isFailed = failure.failedKeys == std::vector<ZT::EditableMotionCurveKey*>{key};
+            }
+        });
+        const bool isUnchanged = curve.getKey(2) == scene.key(0);
+        [&] { QCOMPARE(curve.getKey(9) == key, !isFailed && !isUnchanged); }();
+        if (curve.getKey(9) == key) {
+            int changes = 0;
+            connect(&curve, &ZT::EditableMotionCurve::keysChanged, [&changes] { ++changes; });
+            key->setValue(77);
+            key->setLeftTangentOffset({-1, 1});
+            curve.translateKey(key, 11);
+            [&] { QCOMPARE(changes, 3); }();
+        }
+        return hasFailed;
+    });
+    QVERIFY(failures > 3);
 }
 
 void AllocationFailureTest::aFailedReadLeavesThePlainAnimationUnchanged() {

@@ -124,6 +124,9 @@ private Q_SLOTS:
     void whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner_data();
     void whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner();
     void aKeyThatASlotTakesInAgainDidNotFail();
+    void aNewcomerThatASlotTakesOutAgainDidNotFail_data();
+    void aNewcomerThatASlotTakesOutAgainDidNotFail();
+    void aKeyThatASlotMovesBeforeItsReleaseStays();
     void aKeyThatASlotPlacesBeforeItsTurnStaysThere();
     void aKeyThatASlotMovesWhenItIsAboutToLeaveStays();
     void aFrameThatASlotFillsIsRefusedToTheKeyThatWasToTakeIt();
@@ -167,6 +170,47 @@ void EditingSlotsTest::aKeyThatASlotTakesInAgainDidNotFail() {
     connect(&curve, &Curve::keyAboutToBeRemoved, [&](Key* key) { curve.insert(20, key); });
     curve.reorganizeKeys({{scene.key(0), 4}}); // Does not throw.
     QCOMPARE(curve.getIndexOf(scene.key(0)), 20U);
+    QCOMPARE(scene.fault(), QString());
+}
+
+void EditingSlotsTest::aNewcomerThatASlotTakesOutAgainDidNotFail_data() {
+    QTest::addColumn<bool>("isAdded");
+    QTest::newRow("when its frame is said") << false;
+    QTest::newRow("when it is said to be added") << true;
+}
+
+void EditingSlotsTest::aNewcomerThatASlotTakesOutAgainDidNotFail() {
+    QFETCH(const bool, isAdded);
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    const auto takeOut = [&] { scene.receive(curve.release(9)); };
+    if (isAdded) {
+        connect(&curve, &Curve::keyAdded, takeOut);
+    } else {
+        connect(scene.key(8), &Key::indexChanged, takeOut);
+    }
+    curve.reorganizeKeys({{scene.key(8), 9}}); // Does not throw.
+    QCOMPARE(curve.getKey(9), nullptr);
+    QCOMPARE(scene.fault(), QString());
+}
+
+// Their order by address is not that of their frames.
+void EditingSlotsTest::aKeyThatASlotMovesBeforeItsReleaseStays() {
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    curve.translateKey(scene.key(0), 10);
+    bool isFirst = true;
+    connect(&curve, &Curve::keyAboutToBeRemoved, [&] {
+        if (std::exchange(isFirst, false)) {
+            curve.translateKey(scene.key(1), 3);
+        }
+    });
+    const Curve::KeysIndexMap left =
+        curve.releaseAndInsertKeys({{scene.key(0), 10}, {scene.key(1), 4}, {scene.key(2), 6}}, {});
+    QCOMPARE(left, (Curve::KeysIndexMap{{scene.key(0), 10}, {scene.key(2), 6}}));
+    QCOMPARE(curve.getKey(3), scene.key(1));
+    scene.receive(scene.key(0));
+    scene.receive(scene.key(2));
     QCOMPARE(scene.fault(), QString());
 }
 

@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -47,7 +48,11 @@ private Q_SLOTS:
     void aReplacementThatASlotStoppedIsTakenBackByTheOpposite();
     void aReplacementWhoseUndoASlotStoppedCanBeUndoneAgain();
     void takingBackAnnouncesNoFrameThatWasNeverTheGreatest();
+    void takingBackAnnouncesTheGreatestFrameAgain();
     void theWayBackOfAReleasedKeyIsAnnounced();
+    void theWayBackOfAnInsertedKeyIsAnnouncedOnce_data();
+    void theWayBackOfAnInsertedKeyIsAnnouncedOnce();
+    void aKeyThatASlotTakesOnItsWayBackIsLeftToIt();
 };
 
 void ThrowingSlotsTest::whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data() {
@@ -267,6 +272,56 @@ void ThrowingSlotsTest::theWayBackOfAReleasedKeyIsAnnounced() {
     heard.remove(QRegularExpression("[(][^)]*[)]"));
     QCOMPARE(heard, QString("curve.keyAboutToBeRemoved, curve.greaterIndexChanged, curve.keyAdded, "
                             "curve.greaterIndexChanged"));
+}
+
+// Listeners have heard of frame 20 when the batch ends with the exception.
+void ThrowingSlotsTest::takingBackAnnouncesTheGreatestFrameAgain() {
+    FaultScene scene;
+    QList<unsigned int> heard;
+    connect(&scene.curve(), &FaultScene::Curve::greaterIndexChanged,
+            [&heard](unsigned int greatest) { heard.append(greatest); });
+    connect(&scene.curve(), &FaultScene::Curve::keysChanged, [] { throw SlotFailure(); });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({}, {{scene.key(8), 20}}), SlotFailure);
+    QCOMPARE(heard, (QList<unsigned int>{20, 8}));
+}
+
+void ThrowingSlotsTest::theWayBackOfAnInsertedKeyIsAnnouncedOnce_data() {
+    QTest::addColumn<bool>("isTakenOut");
+    QTest::newRow("by the curve") << false;
+    QTest::newRow("by the slot that throws") << true;
+}
+
+void ThrowingSlotsTest::theWayBackOfAnInsertedKeyIsAnnouncedOnce() {
+    QFETCH(const bool, isTakenOut);
+    FaultScene scene;
+    QList<FaultScene::Key*> leaving;
+    connect(&scene.curve(), &FaultScene::Curve::keyAboutToBeRemoved,
+            [&leaving](FaultScene::Key* key) { leaving.append(key); });
+    connect(&scene.curve(), &FaultScene::Curve::keyAdded, [&] {
+        if (isTakenOut) {
+            scene.curve().release(9);
+        }
+        throw SlotFailure();
+    });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({}, {{scene.key(8), 9}}), SlotFailure);
+    QCOMPARE(leaving, QList<FaultScene::Key*>{scene.key(8)});
+    QCOMPARE(scene.key(8)->getParentCurve(), nullptr);
+}
+
+void ThrowingSlotsTest::aKeyThatASlotTakesOnItsWayBackIsLeftToIt() {
+    FaultScene scene;
+    connect(&scene.curve(), &FaultScene::Curve::keyAdded, [] { throw SlotFailure(); });
+    bool isFirst = true;
+    connect(&scene.curve(), &FaultScene::Curve::keyAboutToBeRemoved, [&] {
+        if (std::exchange(isFirst, false)) {
+            scene.curve().release(9);
+            scene.curve(1).reorganizeKeys({{scene.key(8), 30}});
+        }
+    });
+    QVERIFY_EXCEPTION_THROWN(scene.curve().releaseAndInsertKeys({}, {{scene.key(8), 9}}), SlotFailure);
+    QCOMPARE(scene.curve().getKey(9), nullptr);
+    QCOMPARE(scene.curve(1).getKey(30), scene.key(8));
+    QCOMPARE(scene.fault(), QString());
 }
 
 QTEST_GUILESS_MAIN(ThrowingSlotsTest)
