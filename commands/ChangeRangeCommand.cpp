@@ -75,9 +75,9 @@ void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve,
                                          const std::vector<EditableMotionCurveKey*>& keys) {
     FirstException thrown;
     if (!thrown.guard([&] { _detachedKeys.add(keys); })) {
-        // Memory is out: keys that cannot be watched stay in their curve.
+        // Memory is out: keys that cannot be watched stay in their curve, behind its last one.
         for (EditableMotionCurveKey* const key : keys) {
-            thrown.guard([&] { curve._putBack(key, curve.getGreaterIndex() + 1U); });
+            thrown.guard([&] { curve._putBack(key, curve.getGreaterIndex()); });
         }
     }
     thrown.rethrow();

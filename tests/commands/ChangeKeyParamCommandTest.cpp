@@ -323,6 +323,16 @@ private Q_SLOTS:
         QCOMPARE(seen.redoSignals.count("tangentsChanged()"), 6);
     }
 
+    void eachFlagIsSetAsItIsTold() {
+        for (const bool isSmooth : {false, true}) {
+            Scene scene;
+            Key* const key = scene.addKey(5, bezier({-1.0F, 0.0F}, {1.0F, 0.0F}));
+            TangentParam(KeysSet{key}, Type::bezier, isSmooth, !isSmooth).redo();
+            QCOMPARE(key->isSmooth(), isSmooth);
+            QCOMPARE(key->isSymmetrical(), !isSmooth);
+        }
+    }
+
     void bothTangentsOfAKeyChangeWhenBothAreNamed() {
         Scene scene;
         const Keys keys = scene.add({1, 2});

@@ -24,6 +24,16 @@ struct Blocked {
     }
 };
 
+/// Thinks better of the frames that it had for its keys.
+class Forgetful : public Change {
+public:
+    Forgetful(ZT::AnimationMarkers* markers, Key* key)
+        : Change(markers, {{key, 10}}, 3, 4, true) {
+        newIndices[key->getParentCurve()].insert(key, 20);
+        forgetKeys();
+    }
+};
+
 } // namespace
 
 class ChangeRangeCommandTest : public QObject {
@@ -44,6 +54,32 @@ private Q_SLOTS:
                  QString("translated Range command from (1; 1) to (3; 4)"));
         QCOMPARE(translator.asked,
                  QStringList{"ZT::AnimCmd::ChangeRangeCommand: Range command from (%1; %2) to (%3; %4)"});
+    }
+
+    void keysThatItForgetsStayWhereTheyAre() {
+        Scene scene;
+        Key* const key = scene.addKey(10);
+        Forgetful command(&scene.markers(), key);
+        command.redo();
+        QCOMPARE(ZT::index(key), 10U);
+        key->getParentCurve()->translateKey(key, 12);
+        command.undo();
+        QCOMPARE(ZT::index(key), 12U);
+    }
+
+    // Who takes it out of the curve later has it.
+    void aKeyThatFoundItsPlaceAgainIsNoLongerTheCommands() {
+        Blocked blocked;
+        {
+            const std::unique_ptr<Move> command(blocked.move());
+            command->redo();
+            QCOMPARE(command->failedKeys().size(), std::size_t{1});
+            command->undo();
+            QCOMPARE(ZT::index(blocked.keys[1]), 11U);
+            blocked.keys[1]->getParentCurve()->release(11);
+        }
+        QVERIFY(!blocked.watched[1].isNull());
+        delete blocked.keys[1];
     }
 
     void itChangesTheRangeBothWays() {

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void whatCannotBeBuiltLeavesNothingBehind();
     void aKeyThatCannotBeTakenInIsNotAnnounced();
     void aNewcomerWithoutMemoryFailsOrStandsConnected();
+    void keysThatARangeCommandNamesAsFailedAreOutside();
     void aFailedReadLeavesThePlainAnimationUnchanged();
     void aFailedReadLeavesTheEditableAnimationUnchanged();
     void aFailedReadLeavesTheEditableCurveUnchanged();
@@ -243,6 +244,21 @@ void AllocationFailureTest::aNewcomerWithoutMemoryFailsOrStandsConnected() {
             curve.translateKey(key, 11);
             [&] { QCOMPARE(changes, 3); }();
         }
+        return hasFailed;
+    });
+    QVERIFY(failures > 3);
+}
+
+void AllocationFailureTest::keysThatARangeCommandNamesAsFailedAreOutside() {
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        ZT::AnimCmd::MoveRangeCommand command(&scene.markers(), {{scene.key(0), 2}, {scene.key(1), 4}}, 2, 4,
+                                              4, true);
+        const bool hasFailed = runFailing(n, [&] { command.redo(); });
+        for (const ZT::EditableMotionCurveKey* const key : command.failedKeys()) {
+            [&] { QVERIFY(key->getParentCurve() == nullptr); }();
+        }
+        [&] { QVERIFY(hasFailed || command.failedKeys().size() == 1); }();
         return hasFailed;
     });
     QVERIFY(failures > 3);
