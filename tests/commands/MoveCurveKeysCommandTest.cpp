@@ -185,6 +185,20 @@ private Q_SLOTS:
         QCOMPARE(scene.state(), end);
     }
 
+    // As where a replacement in between is not in the history.
+    void keysThatHaveChangedTheirCurvesAreTheSameKeys() {
+        Scene scene(2);
+        const Keys keys{scene.addKey(3, record(), 0), scene.addKey(3, record(), 1)};
+        Move first(to(keys, {4, 4}), false);
+        first.redo();
+        scene.curve(0).release(4);
+        scene.curve(1).release(4);
+        scene.curve(0).insert(4, keys[1]);
+        scene.curve(1).insert(4, keys[0]);
+        const Move second(to(keys, {5, 5}), false);
+        QVERIFY(first.mergeWith(&second));
+    }
+
     void aDragIsOneEntryThatUndoesToItsStart() {
         Scene scene;
         const Keys keys = scene.add({1, 2});

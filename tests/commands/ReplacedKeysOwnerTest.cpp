@@ -23,6 +23,14 @@ private Q_SLOTS:
         QVERIFY(!watched[1].isNull());
     }
 
+    void keysToInsertAreTheCommandsHoweverThoseToRemoveAreNamed() {
+        Scene scene;
+        const Keys old = scene.add({3});
+        const auto fresh = watch({scene.makeKey()});
+        { const Replace command({old[0]}, CurvesKeysMap{{&scene.curve(), {{fresh[0], 4}}}}); }
+        QVERIFY(fresh[0].isNull());
+    }
+
     void theCommandDeletesTheKeysThatAreOutsideACurve_data() {
         QTest::addColumn<int>("redos");
         QTest::addColumn<int>("undos");

@@ -93,6 +93,12 @@ class StretchRangeCommandTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aStartStretchIntoJustTheRoomThatItsKeysNeedIsDone() {
+        const Stretched stretched({1, 2, 3}, 0, 3, 1, StretchSide::start);
+        QCOMPARE(stretched.result(), QString("1 2 3 in 1-3"));
+        QCOMPARE(stretched.text, QString("Stretch range from (0; 3) to (1; 3)"));
+    }
+
     void theTextNamesTheOldAndTheFinalRange() {
         QCOMPARE(Stretched({10, 20}, 10, 20, 30, StretchSide::end).text,
                  QString("Stretch range from (10; 20) to (10; 30)"));

@@ -18,6 +18,7 @@
 #include <new>
 #include <sstream>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
@@ -72,6 +73,7 @@ private Q_SLOTS:
     void aKeyThatCannotBeTakenInIsNotAnnounced();
     void aNewcomerWithoutMemoryFailsOrStandsConnected();
     void keysThatARangeCommandNamesAsFailedAreOutside();
+    void aKeyWhoseWayBackIsBlockedIsInItsCurveOrMissedAloud();
     void aFailedReadLeavesThePlainAnimationUnchanged();
     void aFailedReadLeavesTheEditableAnimationUnchanged();
     void aFailedReadLeavesTheEditableCurveUnchanged();
@@ -259,6 +261,39 @@ void AllocationFailureTest::keysThatARangeCommandNamesAsFailedAreOutside() {
             [&] { QVERIFY(key->getParentCurve() == nullptr); }();
         }
         [&] { QVERIFY(hasFailed || command.failedKeys().size() == 1); }();
+        return hasFailed;
+    });
+    QVERIFY(failures > 3);
+}
+
+// Two keys that a drag has exchanged go back together; a slot puts a third one in the way of the second.
+void AllocationFailureTest::aKeyWhoseWayBackIsBlockedIsInItsCurveOrMissedAloud() {
+    using ZT::AnimCmd::MoveCurveKeysCommand;
+    const std::size_t failures = failEachAllocation([&](std::size_t n) {
+        FaultScene scene;
+        ZT::EditableMotionCurve& curve = scene.curve();
+        MoveCurveKeysCommand drag({{scene.key(0), QPointF(10.0, 0.0)}, {scene.key(1), QPointF(2.0, 0.0)}},
+                                  false);
+        drag.redo();
+        drag.redo(); // The frame that the one has left is free for the other.
+        MoveCurveKeysCommand step({{scene.key(0), QPointF(4.0, 0.0)}, {scene.key(1), QPointF(2.0, 0.0)}},
+                                  false);
+        step.redo();
+        [&] { QVERIFY(drag.mergeWith(&step)); }();
+        bool isBlocked = false;
+        connect(scene.key(0), &FaultScene::Key::indexChanged, [&] {
+            if (!std::exchange(isBlocked, true)) {
+                curve.insert(4, scene.key(8));
+            }
+        });
+        bool isDone = false;
+        const bool hasFailed = runFailing(n, [&] {
+            drag.undo();
+            isDone = true;
+        });
+        for (const std::size_t i : {0U, 1U}) {
+            [&] { QVERIFY(!isDone || scene.key(i)->getParentCurve() == &curve); }();
+        }
         return hasFailed;
     });
     QVERIFY(failures > 3);
