@@ -65,6 +65,8 @@ class AnimationXmlLimitsTest : public QObject {
 private slots:
     void elementsAreNestedUpToTheLimit() {
         QCOMPARE(XmlLimits().depth, std::size_t{64});
+        QCOMPARE(XmlLimits().bytes, std::size_t{536'870'912});
+        QCOMPARE(XmlLimits().items, std::size_t{33'554'432});
         QCOMPARE(problemOf(nested(64)), QString());
         QCOMPARE(problemOf(nested(65)), QString("line 65: elements are nested too deep"));
         QCOMPARE(problemOf(nested(200000)), QString("line 65: elements are nested too deep"));
