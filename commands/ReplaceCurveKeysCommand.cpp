@@ -75,9 +75,10 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 }
 
 void ReplaceCurveKeysCommand::redo() {
+    const bool isTriedAgain = std::exchange(_wasStopped, true);
     _settle();
     CurvesKeysMap standing = _standingAmong(_keysToInsert);
-    const CurvesSet curves = _curves() - _doneIn;
+    const CurvesSet curves = isTriedAgain ? _curves() - _doneIn : _curves();
     CurvesSet done = _doneIn + curves;
     FirstException thrown;
     CurvesKeysMap gone = _replace(curves, _keysToRemove, _keysToInsert, thrown);
@@ -90,9 +91,10 @@ void ReplaceCurveKeysCommand::redo() {
 }
 
 void ReplaceCurveKeysCommand::undo() {
+    const bool isTriedAgain = std::exchange(_wasStopped, true);
     _settle();
-    const CurvesSet curves = _doneIn;
-    CurvesSet done = curves;
+    const CurvesSet curves = isTriedAgain ? _doneIn : _curves();
+    CurvesSet done = _doneIn;
     done.detach();
     FirstException thrown;
     CurvesKeysMap gone = _replace(curves, _keysToInsert, _keysToRemove, thrown);
@@ -112,6 +114,7 @@ void ReplaceCurveKeysCommand::_conclude(Outcome outcome, CurvesSet done, FirstEx
     _outcome = std::move(outcome);
     _doneIn = std::move(done);
     thrown.guard([&] { _settle(); });
+    _wasStopped = static_cast<bool>(thrown);
     _detachedKeys.letGoOfHeldKeys();
     thrown.rethrow();
 }

@@ -49,7 +49,8 @@ public:
 
     /// redo() notes what the curves gave up, keys displaced by those put in among it; undo() puts just that
     /// back, each key at the frame that it left. A further redo() does the same with what undo() took out.
-    /// Where all is done or undone already, they do nothing.
+    /// Deliberate: neither asks whether it is its turn, but where an exception stopped the one before; see
+    /// aRedoOrUndoInARowIsDoneAsWell().
     ///@{
     void undo() override;
     void redo() override;
@@ -95,9 +96,10 @@ private:
     void _setReplaceText();
     void _own(const CurvesKeysMap& keys);
 
-    CurvesKeysMap _keysToRemove; ///< after redo, what the curves gave up
-    CurvesKeysMap _keysToInsert; ///< after undo, what the curves gave up
-    CurvesSet _doneIn; ///< all after redo, none after undo, some where an exception stopped one of them
+    CurvesKeysMap _keysToRemove;     ///< after redo, what the curves gave up
+    CurvesKeysMap _keysToInsert;     ///< after undo, what the curves gave up
+    bool _wasStopped = false;        ///< by an exception, at some place of the last redo or undo
+    CurvesSet _doneIn;               ///< all after redo, none after undo, some where one of them was stopped
     std::optional<Outcome> _outcome; ///< until the two maps say it
     DetachedKeys _detachedKeys;
 };

@@ -289,7 +289,7 @@ public Q_SLOTS:
     /// Takes the keys of @p toRelease out, each only where that very key stands at the given frame, then puts
     /// the keys of @p toInsert in, each displacing whatever key stands at its frame. Returns every key that
     /// left with the frame that it left from; those belong to the caller. Keys to insert that stand in a
-    /// curve already, or were made by another one, are skipped.
+    /// curve already are skipped.
     ///
     /// Emits keyAboutToBeRemoved() for each key that leaves and keyAdded() for each that enters, in the maps'
     /// order; then recomputed handles' tangentsChanged(), keysChanged() and, if it applies,

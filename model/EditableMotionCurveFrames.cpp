@@ -95,7 +95,7 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     placements.reserve(static_cast<std::size_t>(keysPos.size()));
     for (auto entry = keysPos.cbegin(); entry != keysPos.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
-        if (key != nullptr && (key->getParentCurve() == nullptr || _edits(key))) {
+        if (key != nullptr && (_edits(key) || !_isHeld(*key))) {
             placements.push_back({key, entry.value(), DetachedKey(), !_holds(key)});
         }
     }
@@ -132,9 +132,10 @@ void EditableMotionCurve::reorganizeKeys(const KeysIndexMap& keysPos) {
     thrown.rethrow();
 }
 
-// Whether a curve holds the key, be it this one or another.
+// Whether a curve holds the key, be it this one or another. The curve that the key names is not asked: one
+// that merely made it may be gone.
 bool EditableMotionCurve::_isHeld(const EditableMotionCurveKey& key) {
-    return key.getParentCurve() != nullptr && key.getParentCurve()->_holds(&key);
+    return key._placement().mapNumber != 0;
 }
 
 bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
@@ -299,8 +300,7 @@ void EditableMotionCurve::_insertKeys(Exchange& exchange) {
     for (auto entry = toInsert.cbegin(); entry != toInsert.cend(); ++entry) {
         EditableMotionCurveKey* const key = entry.key();
         const Index frame = entry.value();
-        const bool hasCurve = key != nullptr && key->getParentCurve() != nullptr;
-        if (key == nullptr || (hasCurve && (!_edits(key) || _holds(key)))) {
+        if (key == nullptr || _isHeld(*key)) {
             continue; // A key has one owner: what stands in a curve is not taken in a second time.
         }
         if (EditableMotionCurveKey* const displaced = release(frame)) {

@@ -274,6 +274,25 @@ private Q_SLOTS:
                                 {{&scene.curve(), {{fresh[0], 7}, {fresh[1], 7}}}}));
         QCOMPARE(frames(scene.curve()), QString());
     }
+
+    // A stack takes turns; whoever does not gets what was asked for.
+    void aRedoOrUndoInARowIsDoneAsWell() {
+        Scene scene;
+        Key* const key = scene.makeKey();
+        Add command(key, &scene.curve(), 5);
+        command.redo();
+        QCOMPARE(scene.curve().release(5), key);
+        command.redo();
+        QCOMPARE(scene.curve().getKey(5), key);
+
+        Key* const other = scene.addKey(9);
+        Remove removal(other);
+        removal.redo();
+        removal.undo();
+        QCOMPARE(scene.curve().release(9), other);
+        removal.undo();
+        QCOMPARE(scene.curve().getKey(9), other);
+    }
 };
 
 QTEST_GUILESS_MAIN(ReplaceCurveKeysCommandTest)

@@ -167,6 +167,36 @@ private Q_SLOTS:
         QVERIFY(c.curve.releaseAndInsertKeys(all, {}).isEmpty());
         QVERIFY(c.curve.empty());
     }
+
+    void aKeyThatAnotherCurveMadeIsTakenIn_data() {
+        QTest::addColumn<bool>("isReorganized");
+        QTest::addColumn<bool>("isMakerAlive");
+        QTest::newRow("inserted") << false << true;
+        QTest::newRow("inserted when its maker is gone") << false << false;
+        QTest::newRow("placed") << true << true;
+        QTest::newRow("placed when its maker is gone") << true << false;
+    }
+    void aKeyThatAnotherCurveMadeIsTakenIn() {
+        QFETCH(const bool, isReorganized);
+        QFETCH(const bool, isMakerAlive);
+        auto maker = std::make_unique<EditableMotionCurve>();
+        auto* const key =
+            EditableMotionCurveKey::_toEditable(std::make_pair(0U, maker->createCurveKey())).second;
+        if (!isMakerAlive) {
+            maker.reset();
+        }
+        LetteredCurve c({3});
+        if (isReorganized) {
+            c.curve.reorganizeKeys({{key, 8}});
+        } else {
+            QVERIFY(c.curve.releaseAndInsertKeys({}, {{key, 8}}).isEmpty());
+        }
+        QCOMPARE(c.curve.getKey(8), key);
+        QCOMPARE(key->getParentCurve(), &c.curve);
+        c.recorder.take();
+        key->setValue(4);
+        QVERIFY(c.recorder.take().contains("curve.keysChanged()"));
+    }
 };
 
 QTEST_GUILESS_MAIN(ReleasingAndInsertingKeysTest)
