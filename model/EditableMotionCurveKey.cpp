@@ -363,11 +363,14 @@ bool EditableMotionCurveKey::_restoreValue(float pValue) {
 }
 
 unsigned int index(const EditableMotionCurveKey* key) {
-    const EditableMotionCurve* const curve = key != nullptr ? key->getParentCurve() : nullptr;
-    if (curve == nullptr) {
+    if (key == nullptr || key->getParentCurve() == nullptr) {
         return 0U;
     }
-    return curve->_frameOf(*key);
+    const auto& place = key->_placement();
+    if (place.mapNumber == 0 && place.wasShared == 0) {
+        return 0U; // It stands nowhere, and the curve that made it may be gone.
+    }
+    return key->getParentCurve()->_frameOf(*key);
 }
 
 QString interpolTypeToString(InterpolationType type) {

@@ -185,6 +185,7 @@ private Q_SLOTS:
         if (!isMakerAlive) {
             maker.reset();
         }
+        QCOMPARE(index(key), 0U);
         LetteredCurve c({3});
         if (isReorganized) {
             c.curve.reorganizeKeys({{key, 8}});
