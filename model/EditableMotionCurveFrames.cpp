@@ -154,7 +154,7 @@ bool EditableMotionCurve::_place(Placement& placement, Batch& batch) {
         !batch.thrown.guard([&] { MotionCurve::insert(target, key->_record()); })) {
         return false;
     }
-    batch.thrown.guard([&] { key->_announceIndex(target); });
+    batch.thrown.guard([&] { Q_EMIT key->indexChanged(target); }); // The curve that it names may be gone.
     if (!_holds(key)) {
         return true; // A slot took it out again.
     }
