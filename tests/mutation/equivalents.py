@@ -5,7 +5,7 @@ def read_equivalents(path):
     """The mutants' names as (file, function, before, after). Entries are separated by blank lines; lines that begin
     with '#' are comments:
 
-        <file> <function>
+        <file> <function> [#2 for the second of such places]
           - <the line>
           + <the line as changed>
         <reason>

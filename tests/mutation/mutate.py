@@ -19,6 +19,7 @@ from worktree import FLOORS, TEST_FOLDERS, BuildError, Worktree
 PROJECT = os.path.realpath(os.path.join(os.path.dirname(__file__), "..", ".."))
 PLACE = os.path.join(PROJECT, "build", "mutate")
 WANTED = 0.90
+SANITIZERS = "address,undefined,float-cast-overflow"
 # Fetching memory ahead changes nothing that a test could see.
 NOT_MUTATED = {"model/KeyTrail.h", "model/Prefetch.h"}
 
@@ -32,6 +33,11 @@ def all_mutants():
                 if file.endswith((".cpp", ".h")) and file not in NOT_MUTATED:
                     with open(os.path.join(PROJECT, file), encoding="utf-8") as source:
                         found += mutants_of(file, source.read())
+    alike = collections.Counter()
+    for mutant in found:
+        alike[mutant.name] += 1
+        if alike[mutant.name] > 1:  # In the order in which they stand there.
+            mutant.function += f" #{alike[mutant.name]}"
     return found
 
 
@@ -75,10 +81,27 @@ class Judge:
         return "survived"
 
 
+def worktrees(sanitizers, count):
+    names = [("sanitized-" if sanitizers else "") + str(number) for number in range(max(1, count))]
+    trees = [Worktree(PROJECT, os.path.join(PLACE, name), sanitizers) for name in names]
+    with ThreadPoolExecutor() as pool:
+        list(pool.map(lambda tree: tree.configure_and_build(max(1, os.cpu_count() // len(trees))), trees))
+    return trees
+
+
 class Run:
-    def __init__(self, mutants, trees, tests):
+    """Judges mutants, a few of them at a time, each in a tree of its own."""
+
+    def __init__(self, mutants, sanitizers, jobs):
+        trees = worktrees(sanitizers, jobs)
+        tests = trees[0].tests()
+        for test in tests:
+            trees[0].measure(test)
+        print(f"mutate: {len(mutants)} mutants, {len(tests)} test programs of {sum(t.seconds for t in tests):.0f} "
+              "seconds", file=sys.stderr, flush=True)
         self._judge = Judge(tests)
         self._trees = trees
+        self._survivor = "survived" if sanitizers else "survived without sanitizers"
         self._lock = threading.Lock()
         self._started = time.monotonic()
         self._waiting = collections.deque(self._portions(mutants))
@@ -103,6 +126,7 @@ class Run:
     def go(self):
         with ThreadPoolExecutor() as pool:
             list(pool.map(self._work, self._trees))
+        return self.verdicts
 
     def _work(self, tree):
         while True:
@@ -120,9 +144,9 @@ class Run:
     def _note(self, mutant, verdict):
         with self._lock:
             self.verdicts.append((mutant, verdict))
-            done = len(self.verdicts)
             if verdict == "survived":
-                print(f"\nsurvived: {mutant.show()}", flush=True)
+                print(f"\n{self._survivor}: {mutant.show()}", flush=True)
+            done = len(self.verdicts)
             if done % 25 == 0 or done == self._total:
                 minutes = (time.monotonic() - self._started) / 60
                 print(f"mutate: {done} of {self._total} after {minutes:.1f} minutes", file=sys.stderr, flush=True)
@@ -180,17 +204,13 @@ def main():
         print(f"mutate: {len(mutants)} mutants and {equivalent} known to be equivalent")
         return 1 if stale else 0
 
-    trees = [Worktree(PROJECT, os.path.join(PLACE, str(number))) for number in range(max(1, options.jobs))]
-    with ThreadPoolExecutor() as pool:
-        list(pool.map(lambda tree: tree.configure_and_build(max(1, os.cpu_count() // len(trees))), trees))
-    tests = trees[0].tests()
-    for test in tests:
-        trees[0].measure(test)
-    print(f"mutate: {len(mutants)} mutants, {len(tests)} test programs of {sum(t.seconds for t in tests):.0f} seconds",
-          file=sys.stderr, flush=True)
-    run = Run(mutants, trees, tests)
-    run.go()
-    return 0 if summarise(run.verdicts, equivalent) >= WANTED and not stale else 1
+    verdicts = Run(mutants, "", options.jobs).go()
+    survivors = [mutant for mutant, verdict in verdicts if verdict == "survived"]
+    if survivors:
+        # What reads dead memory often finds there what it expects.
+        verdicts = [(mutant, verdict) for mutant, verdict in verdicts if verdict != "survived"]
+        verdicts += Run(survivors, SANITIZERS, options.jobs).go()
+    return 0 if summarise(verdicts, equivalent) >= WANTED and not stale else 1
 
 
 if __name__ == "__main__":

@@ -34,8 +34,9 @@ class Test:
 
 
 class Worktree:
-    def __init__(self, project, place):
+    def __init__(self, project, place, sanitizers=""):
         self.source = os.path.join(place, "main")
+        self._sanitizers = sanitizers
         self._project = project
         self._build = os.path.join(self.source, "build")
         self._copy()
@@ -80,6 +81,7 @@ class Worktree:
             ["cmake", "-S", self.source, "-B", self._build, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
              "-DCMAKE_CXX_FLAGS=-w", "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DEDITABLEANIMATION_WERROR=OFF",
              "-DEDITABLEANIMATION_EXAMPLES=OFF", "-DEDITABLEANIMATION_EDITOR=OFF", "-DEDITABLEANIMATION_INSTALL=OFF",
+             "-DEDITABLEANIMATION_SANITIZE=" + self._sanitizers,
              "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", "-DEDITABLEANIMATION_PRECOMPILE_LIBRARIES=ON",
              "-DCMAKE_SHARED_LINKER_FLAGS=-fuse-ld=gold", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=gold",
              "-DCMAKE_PROJECT_INCLUDE=" + os.path.join(self.source, "cmake", "FastBuild.cmake")],
@@ -119,7 +121,8 @@ class Worktree:
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as process:
             try:
                 resource.prlimit(process.pid, resource.RLIMIT_CPU, (limit, limit + 1))
-                resource.prlimit(process.pid, resource.RLIMIT_AS, (_MEMORY, _MEMORY))
+                if not self._sanitizers:  # They reserve addresses for all memory there could be.
+                    resource.prlimit(process.pid, resource.RLIMIT_AS, (_MEMORY, _MEMORY))
                 resource.prlimit(process.pid, resource.RLIMIT_CORE, (0, 0))
             except ProcessLookupError:
                 pass  # It has ended already.
