@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <cstddef>
+
 namespace ZT::AnimCmd {
 
 ChangeRangeCommand::ChangeRangeCommand(AnimationMarkers* markers, const KeysIndexMap& keys,
@@ -50,9 +53,21 @@ void ChangeRangeCommand::undo() {
 
 void ChangeRangeCommand::_apply(const CurvesKeysMap& indices) {
     FirstException thrown;
+    _forgetDeadKeys();
     thrown.guard([&] { reorganizeKeys(indices); });
     thrown.guard([&] { updateRange(); });
     thrown.rethrow();
+}
+
+// Somebody else may have put a failed key into a curve in which it died.
+void ChangeRangeCommand::_forgetDeadKeys() {
+    for (EditableMotionCurveKey* const dead : _detachedKeys.letGoOfTakenKeys()) {
+        for (CurvesKeysMap* const indices : {&_oldIndices, &newIndices}) {
+            for (auto& ofCurve : *indices) {
+                ofCurve.remove(dead);
+            }
+        }
+    }
 }
 
 void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
@@ -60,10 +75,17 @@ void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
     FirstException thrown;
     for (auto entry = indices.cbegin(); entry != indices.cend(); ++entry) {
         thrown.guard([&] {
+            EditableMotionCurve& curve = *entry.key();
+            Keys newcomers;
+            for (auto key = entry->keyBegin(); key != entry->keyEnd(); ++key) {
+                if (*key != nullptr && (*key)->getParentCurve() != &curve) {
+                    newcomers.push_back(*key);
+                }
+            }
             try {
-                entry.key()->reorganizeKeys(entry.value());
-            } catch (const EditableMotionCurveReorganizedFail& failure) {
-                _takeFailedKeys(*entry.key(), failure.failedKeys);
+                curve.reorganizeKeys(entry.value());
+            } catch (EditableMotionCurveReorganizedFail& failure) {
+                _takeFailedKeys(curve, failure.failedKeys, newcomers);
             }
         });
     }
@@ -71,17 +93,23 @@ void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
     thrown.rethrow();
 }
 
-void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve,
-                                         const std::vector<EditableMotionCurveKey*>& keys) {
+// Keys that failed as newcomers stay with whoever owns them, be it this command.
+void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& newcomers) {
+    const std::size_t namedBefore = _failedKeys.size();
     FirstException thrown;
-    if (!thrown.guard([&] { _detachedKeys.add(keys); })) {
+    thrown.guard([&] { _failedKeys.insert(_failedKeys.end(), failed.begin(), failed.end()); });
+    const auto isNewcomer = [&](EditableMotionCurveKey* key) {
+        return std::find(newcomers.begin(), newcomers.end(), key) != newcomers.end();
+    };
+    failed.erase(std::remove_if(failed.begin(), failed.end(), isNewcomer), failed.end());
+    if (!thrown.guard([&] { _detachedKeys.add(failed); })) {
         // Memory is out: keys that cannot be watched stay in their curve, behind its last one.
-        for (EditableMotionCurveKey* const key : keys) {
+        _failedKeys.resize(namedBefore);
+        for (EditableMotionCurveKey* const key : failed) {
             thrown.guard([&] { curve._putBack(key, curve.getGreaterIndex()); });
         }
     }
     thrown.rethrow();
-    _failedKeys.insert(_failedKeys.end(), keys.begin(), keys.end());
 }
 
 void ChangeRangeCommand::updateRange() {

@@ -87,8 +87,11 @@ protected:
     Range pendingRange;       ///< what the next redo() or undo() gives the markers
 
 private:
+    using Keys = std::vector<EditableMotionCurveKey*>;
+
     void _apply(const CurvesKeysMap& indices);
-    void _takeFailedKeys(EditableMotionCurve& curve, const std::vector<EditableMotionCurveKey*>& keys);
+    void _forgetDeadKeys();
+    void _takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& newcomers);
 
     MergeState _mergeState;
     CurvesKeysMap _oldIndices; ///< what undo() gives

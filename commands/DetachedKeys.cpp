@@ -3,6 +3,7 @@
 #include "model/EditableMotionCurve.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 
 namespace ZT::AnimCmd {
@@ -15,10 +16,19 @@ bool isOutside(const EditableMotionCurveKey* key) {
 
 } // namespace
 
+DetachedKeys::Detached::Detached(EditableMotionCurveKey* aKey)
+    : address(aKey)
+    , key(aKey)
+    , placings(aKey->_placement().placings) {}
+
+bool DetachedKeys::Detached::isOurs() const {
+    return isOutside(key) && key->_placement().placings == placings;
+}
+
 DetachedKeys::~DetachedKeys() {
-    for (const auto& key : _keys) {
-        if (isOutside(key.data())) {
-            delete key.data();
+    for (const Detached& detached : _keys) {
+        if (detached.isOurs()) {
+            delete detached.key.data();
         }
     }
 }
@@ -30,7 +40,7 @@ void DetachedKeys::add(const std::vector<EditableMotionCurveKey*>& keys) {
             _add(key);
         }
     } catch (...) {
-        _keys.resize(before);
+        _keys.erase(_keys.begin() + static_cast<std::ptrdiff_t>(before), _keys.end());
         throw;
     }
 }
@@ -47,9 +57,24 @@ void DetachedKeys::_add(EditableMotionCurveKey* key) {
     }
 }
 
+std::vector<EditableMotionCurveKey*> DetachedKeys::letGoOfTakenKeys() {
+    std::vector<EditableMotionCurveKey*> dead;
+    for (const Detached& detached : _keys) {
+        if (detached.key.isNull()) {
+            dead.push_back(detached.address);
+        }
+    }
+    const auto isTaken = [](const Detached& detached) { return !detached.isOurs(); };
+    _keys.erase(std::remove_if(_keys.begin(), _keys.end(), isTaken), _keys.end());
+    return dead;
+}
+
 void DetachedKeys::letGoOfHeldKeys() {
-    const auto held = [](const auto& key) { return !isOutside(key.data()); };
-    _keys.erase(std::remove_if(_keys.begin(), _keys.end(), held), _keys.end());
+    const auto isHeld = [](const Detached& detached) { return !isOutside(detached.key); };
+    _keys.erase(std::remove_if(_keys.begin(), _keys.end(), isHeld), _keys.end());
+    for (Detached& detached : _keys) {
+        detached.placings = detached.key->_placement().placings; // It may have come and gone.
+    }
 }
 
 void DetachedKeys::makeRoomFor(const DetachedKeys& other) {

@@ -4,15 +4,16 @@
 
 #include <QPointer>
 
+#include <cstdint>
 #include <vector>
 
 namespace ZT::AnimCmd {
 
-/// The keys that a command holds outside curves. It owns each of them for as long as no curve holds it, and
-/// deletes those when it dies.
+/// The keys that a command holds outside curves. It owns each of them until a curve takes it in, and deletes
+/// those when it dies.
 ///
-/// The keys are watched, so that one which meanwhile went back into a curve and died with it is never
-/// touched.
+/// The keys are watched, so that one which meanwhile went back into a curve, and died with it or left it for
+/// another owner, is never touched.
 class DetachedKeys {
 public:
     DetachedKeys() = default;
@@ -24,7 +25,10 @@ public:
     /// from that curve either way. Null and keys that a curve holds are left out.
     void add(const std::vector<EditableMotionCurveKey*>& keys);
 
-    /// Lets go of keys that a curve holds again.
+    /// Before the command's own work: lets go of keys that others have put into a curve, wherever they are by
+    /// now, and returns those that died there, to be compared and not read.
+    std::vector<EditableMotionCurveKey*> letGoOfTakenKeys();
+    /// After the command's own work: lets go of keys that a curve holds again.
     void letGoOfHeldKeys();
 
     /// Has addAll() of @p other find memory.
@@ -33,9 +37,19 @@ public:
     void addAll(DetachedKeys& other);
 
 private:
+    /// A key as it was when it came or when the command last worked.
+    struct Detached {
+        explicit Detached(EditableMotionCurveKey* aKey);
+        bool isOurs() const;
+
+        EditableMotionCurveKey* address; ///< to be compared, not read
+        QPointer<EditableMotionCurveKey> key;
+        std::uint32_t placings;
+    };
+
     void _add(EditableMotionCurveKey* key);
 
-    std::vector<QPointer<EditableMotionCurveKey>> _keys;
+    std::vector<Detached> _keys;
 };
 
 } // namespace ZT::AnimCmd

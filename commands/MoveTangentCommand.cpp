@@ -6,6 +6,22 @@
 
 namespace ZT::AnimCmd {
 
+namespace {
+
+// The other handle of a key that is neither smooth nor symmetrical is none of the command's.
+EditableMotionCurve::KeyRecords reachedFrom(TangentSide side, EditableMotionCurve::KeyRecords records) {
+    for (auto& [key, record] : records) {
+        if (!key->isSmooth() && !key->isSymmetrical()) {
+            const auto now = key->baseMotionCurveKey();
+            (side == TangentSide::left ? record.rightTangentOffset : record.leftTangentOffset) =
+                side == TangentSide::left ? now.rightTangentOffset : now.leftTangentOffset;
+        }
+    }
+    return records;
+}
+
+} // namespace
+
 MoveTangentCommand::MoveTangentCommand(const QSet<EditableMotionCurveKey*>& keys, TangentSide side,
                                        float first, float second, bool finalCommand)
     : _mergeState(finalCommand)
@@ -63,7 +79,7 @@ void MoveTangentCommand::undo() {
     forEachCurve(_oldOffsets, [&](EditableMotionCurve& curve, const auto& offsets) {
         FirstException thrown;
         thrown.guard([&] { curve.moveTangents(offsets, _side); });
-        thrown.guard([&] { curve._restoreHandles(_oldRecords.value(&curve)); });
+        thrown.guard([&] { curve._restoreHandles(reachedFrom(_side, _oldRecords.value(&curve))); });
         thrown.rethrow();
     });
 }

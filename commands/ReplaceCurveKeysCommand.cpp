@@ -76,6 +76,7 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 
 void ReplaceCurveKeysCommand::redo() {
     const bool isTriedAgain = std::exchange(_wasStopped, true);
+    _detachedKeys.letGoOfTakenKeys();
     _settle();
     CurvesKeysMap standing = _standingAmong(_keysToInsert);
     const CurvesSet curves = isTriedAgain ? _curves() - _doneIn : _curves();
@@ -92,6 +93,7 @@ void ReplaceCurveKeysCommand::redo() {
 
 void ReplaceCurveKeysCommand::undo() {
     const bool isTriedAgain = std::exchange(_wasStopped, true);
+    _detachedKeys.letGoOfTakenKeys();
     _settle();
     const CurvesSet curves = isTriedAgain ? _doneIn : _curves();
     CurvesSet done = _doneIn;

@@ -3,6 +3,7 @@
 #include "base/math/BezierTangents.h"
 #include "base/math/FloatBits.h"
 #include "model/EditableMotionCurve.h"
+#include "model/FirstException.h"
 
 #include <QMetaMethod>
 
@@ -191,8 +192,10 @@ void EditableMotionCurveKey::_setType(InterpolationType& type, InterpolationType
         return;
     }
     type = newType;
-    _onTangentTypeChanged();
-    _announceTangents();
+    FirstException thrown;
+    thrown.guard([&] { _onTangentTypeChanged(); });
+    thrown.guard([&] { _announceTangents(); });
+    thrown.rethrow();
 }
 
 bool EditableMotionCurveKey::_bothBezier() const noexcept {

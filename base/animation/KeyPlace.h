@@ -26,6 +26,7 @@ struct KeyPlace {
     std::uint64_t mapNumber : 63; ///< of no map where the key stands nowhere
     std::uint64_t wasShared : 1;  ///< once held by two curves, of which the place names one at most
     unsigned int frame = 0;       ///< the position's, at hand without it
+    std::uint32_t placings = 0; ///< how often a map has placed the key, so that one who waits for it can tell
     /// The key's element in the map of that number; dangling where the key stands nowhere.
     Map::iterator position;
 };

@@ -116,6 +116,7 @@ void MotionCurve::_notePlaced(Places::iterator position) noexcept {
         place.mapNumber = _mapNumber & largestMapNumber;
         place.frame = position->first;
         place.position = position;
+        ++place.placings;
     }
     _finger = position;
     ++_revision;

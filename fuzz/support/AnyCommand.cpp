@@ -134,9 +134,9 @@ QUndoCommand* AnyCommand::Drag::_moveKeys(bool finalStep) {
 }
 
 QUndoCommand* AnyCommand::Drag::_moveTangents(bool finalStep) {
-    const ZT::TangentSide side = _scene.anySide();
+    _side = _side.value_or(_scene.anySide());
     const float frames = _scene.anyNumber();
-    return new MoveTangentCommand(toSet(_keys), side, frames, _scene.anyNumber(), finalStep);
+    return new MoveTangentCommand(toSet(_keys), *_side, frames, _scene.anyNumber(), finalStep);
 }
 
 QUndoCommand* AnyCommand::Drag::_changeRange(bool finalStep) {

@@ -4,6 +4,8 @@
 
 #include <QUndoCommand>
 
+#include <optional>
+
 /// Commands of every kind on keys that the scene's bytes choose.
 namespace AnyCommand {
 
@@ -30,6 +32,7 @@ private:
     ZT::EditableMotionCurve::KeysIndexMap _frames;
     unsigned int _rangeStart;
     unsigned int _rangeEnd;
+    std::optional<ZT::TangentSide> _side; ///< undo leads back the handles of the first step's side only
 };
 
 } // namespace AnyCommand

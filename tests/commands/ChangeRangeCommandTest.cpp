@@ -1,6 +1,7 @@
 #include "commands/ChangeRangeCommand.h"
 #include "CommandHarness.h"
 #include "commands/MoveRangeCommand.h"
+#include "commands/ReplaceCurveKeysCommand.h"
 
 #include <type_traits>
 
@@ -322,6 +323,47 @@ private Q_SLOTS:
         blocked.scene.curve().remove(50U);
         blocked.scene.stack->clear();
         QCOMPARE(alive(blocked.watched), 2);
+    }
+
+    void aFailedKeyThatALaterEntryTookOutAgainIsThatEntrys() {
+        Blocked blocked;
+        Scene& scene = blocked.scene;
+        scene.stack->setUndoLimit(2);
+        scene.stack->push(blocked.move(12, true));
+        scene.stack->push(new ZT::AnimCmd::AddCurveKeysCommand(blocked.keys[1], &scene.curve(), 50));
+        scene.stack->push(new ZT::AnimCmd::RemoveCurveKeysCommand(blocked.keys[1])); // The move is gone.
+        QCOMPARE(alive(blocked.watched), 3);
+        scene.stack->undo();
+        QCOMPARE(ZT::index(blocked.keys[1]), 50U);
+    }
+
+    void aFailedKeyThatDiedWithALaterEntryIsForgotten() {
+        Blocked blocked;
+        Scene& scene = blocked.scene;
+        scene.stack->push(blocked.move(12, true));
+        scene.stack->push(new ZT::AnimCmd::AddCurveKeysCommand(blocked.keys[1], &scene.curve(), 50));
+        scene.stack->undo();
+        scene.stack->push(new Change(&scene.markers(), {}, 1, 2, true));
+        QVERIFY(blocked.watched[1].isNull());
+        scene.stack->undo();
+        scene.stack->undo();
+        QCOMPARE(frames(scene.curve()), QString("10 13"));
+        scene.stack->redo();
+        QCOMPARE(frames(scene.curve()), QString("12 13"));
+    }
+
+    void aKeyThatWasTakenOutAndCannotBePlacedStaysWithItsOwner() {
+        Scene scene;
+        const QPointer<Key> key = scene.addKey(10);
+        auto* const command = new Move(&scene.markers(), {{key, 10}}, 10, 10, 12, true);
+        scene.stack->push(command);
+        QCOMPARE(scene.curve().release(12), key.data());
+        scene.addKey(10);
+        scene.stack->undo();
+        QCOMPARE(command->failedKeys(), Keys{key.data()});
+        scene.stack->clear();
+        QVERIFY(!key.isNull());
+        delete key;
     }
 
     void theUndoLimitDeletesFailedKeys() {

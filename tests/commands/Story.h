@@ -169,9 +169,10 @@ private:
 
     void dragTangents() {
         const QSet<Key*> keys = someKeys();
+        const Side side = *anySide(); // Undo of a drag leads back its own side only.
         drag([&](bool finalCommand) {
             const float first = *anyCoordinate();
-            return new AnimCmd::MoveTangentCommand(keys, *anySide(), first, *anyCoordinate(), finalCommand);
+            return new AnimCmd::MoveTangentCommand(keys, side, first, *anyCoordinate(), finalCommand);
         });
     }
 

@@ -164,8 +164,21 @@ Section bulkEdits() {
                                       {{s.b(), {0, 0}}}, {{s.b(), false}}, {{s.b(), false}});
              },
              [](Scene& s) { s.b()->setSmooth(true); }},
-            {"any of these with nothing to do",
-             [](Scene& s) { s.curve->setKeysSmooth(Curve::KeysSet{}, true); }},
+            {"moveKeys({})", [](Scene& s) { s.curve->moveKeys({}); }},
+            {"reorganizeKeys({})", [](Scene& s) { s.curve->reorganizeKeys({}); }},
+            {"releaseAndInsertKeys({}, {})", [](Scene& s) { s.curve->releaseAndInsertKeys({}, {}); }},
+            {"moveTangents({}, right, offset)",
+             [](Scene& s) {
+                 s.curve->moveTangents(Curve::KeysSet{}, Side::right, {1, 1});
+             }},
+            {"setTangentsType({}, linear)",
+             [](Scene& s) { s.curve->setTangentsType(Curve::KeySideMap{}, Type::linear); }},
+            {"setKeysSmooth({}, true)", [](Scene& s) { s.curve->setKeysSmooth(Curve::KeysSet{}, true); }},
+            {"setKeysSymmetrical({}, true)",
+             [](Scene& s) { s.curve->setKeysSymmetrical(Curve::KeysSet{}, true); }},
+            {"setKeysParam({}, bezier, smooth, symmetrical)",
+             [](Scene& s) { s.curve->setKeysParam({}, Type::bezier, true, true); }},
+            {"restoreKeys() of no keys", [](Scene& s) { s.curve->restoreKeys({}, {}, {}, {}, {}); }},
         }};
 }
 

@@ -18,7 +18,7 @@ namespace {
 using Key = VQ::Math::Interpolation::Key;
 using Type = VQ::Math::Interpolation::InterpolationType;
 
-/// Animations of any content: numbers of any bits, NaNs and infinities among them.
+/// Animations of any content: numbers of any bits, NaNs and infinities among them, time units, flags.
 class AnyAnimation {
 public:
     explicit AnyAnimation(unsigned int seed)
@@ -32,6 +32,8 @@ public:
             layer->mute = _below(2) == 0;
             layer->curve->setValueLimits({_number(), _number()});
             layer->curve->setMaxAbsoluteDerivative(_number());
+            layer->curve->setTimeUnit(
+                VQ::Animation::RationalSeconds(boost::rational<int>(1 + static_cast<int>(_below(3)), 120)));
             for (unsigned int keys = _below(20); keys > 0; --keys) {
                 const unsigned int frame = _below(_below(3) == 0 ? 0xFFFFFFFFU : 100U);
                 if (layer->curve->find(frame) == layer->curve->end()) {
@@ -41,6 +43,15 @@ public:
             animation.push_back(layer);
         }
         return animation;
+    }
+    /// Gives some keys constraints, as only live ones have them.
+    void constrain(ZT::EditableAnimation& animation) {
+        for (ZT::EditableAnimationLayer* const layer : animation) {
+            for (const auto [frame, key] : *layer->getCurve()) {
+                key->setSmooth(_below(2) == 0);
+                key->setSymmetrical(_below(2) == 0);
+            }
+        }
     }
 
 private:
@@ -105,8 +116,10 @@ void XmlSchemaTest::whateverIsSavedIsAsTheSchemaWantsIt() {
     const QTemporaryDir folder;
     QStringList files;
     for (unsigned int seed = 1; seed <= 100; ++seed) {
-        const VQ::Animation::Animation plain = AnyAnimation(seed).draw();
-        const ZT::EditableAnimation live(plain);
+        AnyAnimation any(seed);
+        const VQ::Animation::Animation plain = any.draw();
+        ZT::EditableAnimation live(plain);
+        any.constrain(live);
         for (const auto& tree : {plain.serialize(), live.serialize()}) {
             files.append(folder.filePath(QStringLiteral("%1.xml").arg(files.size())));
             std::ofstream file(files.last().toStdString());
@@ -155,6 +168,8 @@ void XmlSchemaTest::whatTheReaderRefusesTheSchemaRefusesToo_data() {
                                      << "type=\"cubic\"";
     QTest::newRow("no time unit") << "timeUnit=\"1/25\" "
                                   << "";
+    QTest::newRow("a time unit that is no fraction") << "timeUnit=\"1/25\""
+                                                     << "timeUnit=\"1\"";
     QTest::newRow("no left tangent") << "<left type=\"bezier\" dx=\"-3\" dy=\"-0.25\"/>"
                                      << "";
 }

@@ -1,5 +1,6 @@
 #include "tests/faults/FailEachAllocation.h"
 
+#include "commands/ChangeRangeCommand.h"
 #include "commands/MoveCurveKeysCommand.h"
 #include "commands/MoveRangeCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
@@ -27,6 +28,10 @@ private Q_SLOTS:
     void aNewcomerWithoutMemoryFailsOrStandsConnected();
     void keysThatARangeCommandNamesAsFailedAreOutside();
     void aKeyWhoseWayBackIsBlockedIsInItsCurveOrMissedAloud();
+    void cleanupTestCase();
+
+private:
+    std::size_t _failures = 0;
 };
 
 void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey_data() {
@@ -40,16 +45,22 @@ void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey_data() {
 
 void AllocationFailureTest::anOperationWithoutMemoryLosesNoKey() {
     QFETCH(const FaultOperation, operation);
-    failEachAllocation([&](std::size_t n) {
+    const int deaths = operation.deaths();
+    _failures += failEachAllocation([&](std::size_t n) {
         FaultScene scene;
         operation.prepare(scene);
         const bool hasFailed = runFailing(n, [&] { operation.run(scene); });
+        [&] { QVERIFY(scene.deaths() <= deaths); }();
         const QString fault = scene.fault();
         scene.command.reset();
         [&] { QCOMPARE(scene.fault(), QString()); }();
         [&] { QCOMPARE(QString("allocation %1: ").arg(n) + fault, QString("allocation %1: ").arg(n)); }();
         return hasFailed;
     });
+}
+
+void AllocationFailureTest::cleanupTestCase() {
+    QVERIFY(_failures > 100);
 }
 
 void AllocationFailureTest::aReplacementWithoutMemoryCanBeTakenBackOrTriedAgain_data() {
@@ -129,12 +140,16 @@ void AllocationFailureTest::aMergeWithoutMemoryLeavesTwoCommands() {
         scene.command->redo();
         std::unique_ptr<QUndoCommand> step(build(scene, 2));
         step->redo();
+        const auto* const range = dynamic_cast<ZT::AnimCmd::ChangeRangeCommand*>(step.get());
+        const auto failedKeys =
+            range != nullptr ? range->failedKeys() : std::vector<ZT::EditableMotionCurveKey*>();
         bool isMerged = false;
         const bool hasFailed = runFailing(n, [&] { isMerged = scene.command->mergeWith(step.get()); });
         [&] { QVERIFY(hasFailed || isMerged); }();
         if (isMerged) {
             step.reset();
         } else {
+            [&] { QVERIFY(range == nullptr || range->failedKeys() == failedKeys); }();
             step->undo();
         }
         scene.command->undo();

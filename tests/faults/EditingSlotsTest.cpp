@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <limits>
 #include <memory>
 #include <random>
@@ -16,8 +17,10 @@ namespace {
 
 using Curve = FaultScene::Curve;
 using Key = FaultScene::Key;
+using Side = ZT::TangentSide;
+using Type = VQ::Math::Interpolation::InterpolationType;
 
-/// Edits a scene at some signals, as a careless slot would: with everything that is allowed there.
+/// Edits a scene at some signals, as a careless slot would, in any way that destroys nobody.
 class SlotEditor {
 public:
     SlotEditor(FaultScene& scene, unsigned int seed)
@@ -51,22 +54,18 @@ private:
     }
 
     unsigned int _below(unsigned int count) { return static_cast<unsigned int>(_random() % count); }
-    Key* _standingKey() {
-        auto position = _scene.curve().begin();
-        for (unsigned int i = _below(static_cast<unsigned int>(_scene.curve().size())); i > 0; --i) {
-            ++position;
-        }
-        return position->second;
+    Key* _keyOf(Curve& curve) {
+        return std::next(curve.begin(), _below(static_cast<unsigned int>(curve.size())))->second;
     }
 
     void _edit() {
-        if (_edits >= 5 || _below(3) == 0 || _scene.curve().empty()) {
+        Curve& curve = _scene.curve(_below(2));
+        if (_edits >= 5 || _below(3) == 0 || curve.empty()) {
             return; // A slot that edits at each of its own edits never ends.
         }
         ++_edits;
-        Curve& curve = _scene.curve();
-        Key* const key = _standingKey();
-        switch (_below(7)) {
+        Key* const key = _keyOf(curve);
+        switch (_below(12)) {
         case 0:
             curve.translateKey(key, _below(14));
             break;
@@ -82,26 +81,50 @@ private:
             curve.moveKeys({{key, QPointF(_below(14), 1.0)}});
             break;
         case 4:
-            _reorganize({{key, _below(14)}, {_standingKey(), _below(14)}});
+            _reorganize(curve, {{key, _below(14)}, {_keyOf(curve), _below(14)}});
             break;
         case 5: {
             const unsigned int frame = _below(20);
             if (curve.isIndexAvailable(frame)) { // Nobody is destroyed.
-                auto* const newcomer = new Key;
-                _scene.watch(newcomer);
-                curve.insert(frame, newcomer);
+                curve.insert(frame, _newcomer());
             }
             break;
         }
+        case 6: {
+            const auto left =
+                curve.releaseAndInsertKeys({{key, ZT::index(key)}}, {{_newcomer(), _below(14)}});
+            for (auto entry = left.cbegin(); entry != left.cend(); ++entry) {
+                _scene.receive(entry.key());
+            }
+            break;
+        }
+        case 7:
+            curve.setTangentsType({{key, Side::left}}, Type::linear);
+            break;
+        case 8:
+            curve.moveTangents({key}, Side::right, {static_cast<float>(_below(9)), 1.0F});
+            break;
+        case 9:
+            curve.getParentLayer()->setActuatorName(QString::number(_below(9)));
+            break;
+        case 10:
+            _scene.markers().setRangeStartIndex(_below(9));
+            break;
         default:
             curve.setKeysSmooth({key}, _below(2) == 0);
             break;
         }
     }
 
-    void _reorganize(const Curve::KeysIndexMap& frames) {
+    Key* _newcomer() {
+        auto* const newcomer = new Key; // A curve's, or the scene's.
+        _scene.watch(newcomer);
+        return newcomer;
+    }
+
+    void _reorganize(Curve& curve, const Curve::KeysIndexMap& frames) {
         try {
-            _scene.curve().reorganizeKeys(frames);
+            curve.reorganizeKeys(frames);
         } catch (const ZT::EditableMotionCurveReorganizedFail& failure) {
             for (Key* const key : failure.failedKeys) {
                 _scene.receive(key);
@@ -124,8 +147,10 @@ private Q_SLOTS:
     void whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner_data();
     void whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner();
     void aKeyThatASlotTakesInAgainDidNotFail();
+    void aKeyThatASlotTakesOutAtItsNewFrameDidNotFail();
     void aNewcomerThatASlotTakesOutAgainDidNotFail_data();
     void aNewcomerThatASlotTakesOutAgainDidNotFail();
+    void whereASlotTakesTheNewcomerOutInsertAnswersTheEnd();
     void aKeyThatASlotMovesBeforeItsReleaseStays();
     void aKeyThatASlotPlacesBeforeItsTurnStaysThere();
     void aKeyThatASlotMovesWhenItIsAboutToLeaveStays();
@@ -146,6 +171,8 @@ void EditingSlotsTest::whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner_data() 
 
 void EditingSlotsTest::whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner() {
     QFETCH(const FaultOperation, operation);
+    const int deaths = operation.deaths();
+    int edits = 0;
     for (unsigned int seed = 1; seed <= 200; ++seed) {
         FaultScene scene;
         operation.prepare(scene);
@@ -156,12 +183,15 @@ void EditingSlotsTest::whateverSlotsEditEveryKeyKeepsItsPlaceAndItsOwner() {
             } catch (const std::invalid_argument&) {
                 // The frame to insert at was filled by a slot.
             }
+            edits += editor.edits();
         }
         const QString where = QString("seed %1: ").arg(seed);
+        QVERIFY2(scene.deaths() <= deaths, qPrintable(where));
         QCOMPARE(where + scene.fault(), where);
         scene.command.reset();
         QCOMPARE(where + scene.fault(), where);
     }
+    QVERIFY(edits > 0);
 }
 
 void EditingSlotsTest::aKeyThatASlotTakesInAgainDidNotFail() {
@@ -170,6 +200,23 @@ void EditingSlotsTest::aKeyThatASlotTakesInAgainDidNotFail() {
     connect(&curve, &Curve::keyAboutToBeRemoved, [&](Key* key) { curve.insert(20, key); });
     curve.reorganizeKeys({{scene.key(0), 4}}); // Does not throw.
     QCOMPARE(curve.getIndexOf(scene.key(0)), 20U);
+    QCOMPARE(scene.fault(), QString());
+}
+
+void EditingSlotsTest::aKeyThatASlotTakesOutAtItsNewFrameDidNotFail() {
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    connect(scene.key(0), &Key::indexChanged, [&] { scene.receive(curve.release(9)); });
+    curve.reorganizeKeys({{scene.key(0), 9}}); // Does not throw.
+    QCOMPARE(curve.getKey(9), nullptr);
+    QCOMPARE(scene.fault(), QString());
+}
+
+void EditingSlotsTest::whereASlotTakesTheNewcomerOutInsertAnswersTheEnd() {
+    FaultScene scene;
+    Curve& curve = scene.curve();
+    connect(&curve, &Curve::keyAdded, [&] { scene.receive(curve.release(9)); });
+    QVERIFY(curve.insert(9, scene.key(8)) == curve.end());
     QCOMPARE(scene.fault(), QString());
 }
 

@@ -4,6 +4,7 @@
 
 #include <QMetaType>
 
+#include <exception>
 #include <functional>
 #include <vector>
 
@@ -24,6 +25,17 @@ struct FaultOperation {
     std::function<QUndoCommand*(FaultScene&)> build = {}; ///< of a command
     /// Ends with an exception of its own, which takes the place of a slot's.
     bool handsOverByException = false;
+
+    /// How many keys it destroys when nothing disturbs it.
+    int deaths() const {
+        FaultScene scene;
+        prepare(scene);
+        try {
+            run(scene);
+        } catch (const std::exception&) { // The operation's own.
+        }
+        return scene.deaths();
+    }
 };
 
 /// Single and bulk edits of a curve and its keys.

@@ -63,6 +63,10 @@ QString FaultScene::state() const {
     return lines.join('\n');
 }
 
+int FaultScene::deaths() const {
+    return static_cast<int>(std::count(_watched.begin(), _watched.begin() + keyCount, nullptr));
+}
+
 QString FaultScene::_faultIn(const Curve& curve) const {
     const Key* previous = nullptr;
     unsigned int last = 0;

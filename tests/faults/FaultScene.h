@@ -33,6 +33,8 @@ public:
     /// the rest nowhere.
     Key* key(std::size_t i) const { return _keys.at(i); }
     bool isAlive(std::size_t i) const { return !_watched.at(i).isNull(); }
+    /// How many of its keys have died.
+    int deaths() const;
     static constexpr std::size_t keysOfACurve = 4;
     static constexpr std::size_t firstOutside = 2 * keysOfACurve;
     static constexpr std::size_t keyCount = firstOutside + 3;

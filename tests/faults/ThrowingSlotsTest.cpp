@@ -7,6 +7,7 @@
 #include <QtTest>
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace {
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack_data();
     void whateverSlotThrowsTheOperationIsCarriedThroughOrTakenBack();
     void theFirstOfSeveralExceptionsIsTheOneThatArrives();
+    void aTypeWhoseHandleWasAnnouncedToASlotThatThrowsIsAnnouncedToo();
     void aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame();
     void aReplacementThatASlotStoppedCanBeDoneAgain();
     void aReplacementThatASlotStoppedInOneOfTwoCurvesCanBeDoneAgain();
@@ -133,6 +135,22 @@ void ThrowingSlotsTest::theFirstOfSeveralExceptionsIsTheOneThatArrives() {
 }
 
 // Its neighbour by address takes its place before its own turn.
+void ThrowingSlotsTest::aTypeWhoseHandleWasAnnouncedToASlotThatThrowsIsAnnouncedToo() {
+    const FaultScene scene;
+    FaultScene::Key* const key = scene.key(1);
+    using Type = VQ::Math::Interpolation::InterpolationType;
+    key->setLeftTangentType(Type::linear);
+    key->setTangentOffset(ZT::TangentSide::left, {-7.0F, 7.0F});
+    int announced = 0;
+    connect(key, &FaultScene::Key::tangentsChanged, [&] {
+        if (++announced == 1) {
+            throw std::runtime_error("a slot's");
+        }
+    });
+    QVERIFY_EXCEPTION_THROWN(key->setLeftTangentType(Type::bezierAuto), std::runtime_error);
+    QCOMPARE(announced, 2);
+}
+
 void ThrowingSlotsTest::aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame() {
     FaultScene scene;
     FaultScene::Key* const standing = scene.curve().release(6);

@@ -23,7 +23,6 @@ public:
     explicit AnyDrag(LawScene& scene)
         : _scene(scene)
         , _kind(static_cast<Kind>(Draw::below(5)))
-        , _changesSides(Draw::rarely(4))
         , _side(Draw::side())
         , _stretchSide(Draw::yesOrNo() ? ZT::AnimCmd::StretchSide::start : ZT::AnimCmd::StretchSide::end)
         , _rangeStart(Draw::rarely(6) ? Draw::frame() : scene.markers().rangeStartIndex())
@@ -36,8 +35,6 @@ public:
     }
 
     Kind kind() const { return _kind; }
-    /// Whether the steps move now the one handle, now the other. They merge into a command that moves one.
-    bool changesSides() const { return _changesSides; }
     KeyCensus::Keys keys() const {
         KeyCensus::Keys keys;
         for (const auto& [key, frame] : _keys) {
@@ -94,22 +91,20 @@ private:
 
     QUndoCommand* _moveTangents(bool isFinal) const {
         using ZT::AnimCmd::MoveTangentCommand;
-        const ZT::TangentSide side = _changesSides ? Draw::side() : _side;
         const auto [x, y] = Draw::handle();
         if (_keys.size() == 1) {
-            return new MoveTangentCommand(_keys.front().first.data(), side, x, y, isFinal);
+            return new MoveTangentCommand(_keys.front().first.data(), _side, x, y, isFinal);
         }
         QSet<Key*> keys;
         for (const auto& [key, frame] : _keys) {
             keys.insert(key.data());
         }
-        return new MoveTangentCommand(keys, side, x, y, isFinal);
+        return new MoveTangentCommand(keys, _side, x, y, isFinal);
     }
 
     LawScene& _scene;
     Kind _kind;
-    bool _changesSides;
-    ZT::TangentSide _side;
+    ZT::TangentSide _side; ///< for all steps: undo leads back the handles of the first step's side only
     ZT::AnimCmd::StretchSide _stretchSide;
     unsigned int _rangeStart;
     unsigned int _rangeEnd;
