@@ -56,6 +56,8 @@ void CurveMouse::press(const QMouseEvent& event, const CurvePlacement& placement
     _hasMoved = false;
     if (_button == Qt::MiddleButton || (_button == Qt::LeftButton && isPanning)) {
         _gesture = Gesture::pan;
+        _framesBefore = {_frames.first(), _frames.last()};
+        _valuesBefore = {_values.first(), _values.last()};
     } else if (_button == Qt::LeftButton) {
         _pressLeft(event, placement, currentLayer);
     } else if (_button == Qt::RightButton) { // What a menu then offers is about the key under the pointer.
@@ -136,6 +138,9 @@ bool CurveMouse::cancel() {
         _drag.cancel();
     } else if (gesture == Gesture::scrub) {
         _document.markers().setSelectedIndex(_frameBefore);
+    } else if (gesture == Gesture::pan) {
+        _frames.show(_framesBefore.first, _framesBefore.last);
+        _values.show(_valuesBefore.first, _valuesBefore.last);
     }
     _band->hide();
     return gesture != Gesture::none;

@@ -43,8 +43,8 @@ public:
     void moveTo(const QMouseEvent& event, const CurvePlacement& placement);
     /// The end of the gesture, if it is the button that began it.
     void release(const QMouseEvent& event, const CurvePlacement& placement);
-    /// Takes a drag back, gives the selected frame back and puts the rubber band away. False when no gesture
-    /// was under way.
+    /// Takes a drag back, gives the selected frame or the place of the view back and puts the rubber band
+    /// away. False when no gesture was under way.
     bool cancel();
     /// The button was released where nobody saw it, as a dialog takes it, or the animation is another one:
     /// what was done so far stays.
@@ -56,6 +56,10 @@ Q_SIGNALS:
 
 private:
     enum class Gesture : int { none, pan, scrub, band, keys, handle };
+    struct Shown {
+        double first = 0.0;
+        double last = 0.0;
+    };
 
     bool _isDragging() const noexcept;
     void _follow(const QMouseEvent& event, const CurvePlacement& placement);
@@ -78,7 +82,12 @@ private:
     QPointF _start; ///< where the button went down: frame and value, so that it holds when the view moves
     bool _hasMoved = false; ///< further than a hand shakes in a click
     bool _wasSelected = false;
-    unsigned int _frameBefore = 0;             ///< the selected one when the button went down in the ruler
+    unsigned int _frameBefore = 0; ///< the selected one when the button went down in the ruler
+    /// What was shown when a pan began.
+    ///@{
+    Shown _framesBefore;
+    Shown _valuesBefore;
+    ///@}
     QPointer<ZT::EditableMotionCurveKey> _key; ///< the one pressed
 };
 

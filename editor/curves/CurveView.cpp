@@ -114,6 +114,10 @@ void CurveView::fitSelection() {
     extent.show(_frames, *_values);
 }
 
+bool CurveView::isGestureActive() const {
+    return _mouse->isActive();
+}
+
 bool CurveView::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride) {
         const auto& key = static_cast<const QKeyEvent&>(*event);
@@ -128,7 +132,8 @@ bool CurveView::event(QEvent* event) {
 }
 
 bool CurveView::focusNextPrevChild(bool next) {
-    return (!_mouse->isActive() && _keyboard.step(currentLayer(), next)) || QWidget::focusNextPrevChild(next);
+    // Escape shall find the gesture.
+    return isGestureActive() || _keyboard.step(currentLayer(), next) || QWidget::focusNextPrevChild(next);
 }
 
 void CurveView::paintEvent(QPaintEvent* /*event*/) {
@@ -196,9 +201,9 @@ void CurveView::keyPressEvent(QKeyEvent* event) {
         _isSpaceDown = true;
     } else if (event->key() == Qt::Key_Escape && _mouse->cancel()) {
         return;
-    } else if (isTab && event->modifiers().testFlag(Qt::ControlModifier)) {
+    } else if (isTab && event->modifiers().testFlag(Qt::ControlModifier) && !isGestureActive()) {
         QWidget::focusNextPrevChild(event->key() == Qt::Key_Tab);
-    } else if (_mouse->isActive() || !_keyboard.press(*event)) {
+    } else if (isGestureActive() || !_keyboard.press(*event)) {
         QWidget::keyPressEvent(event);
     }
 }

@@ -45,6 +45,9 @@ public:
     /// Where things lie now.
     CurvePlacement placement() const;
 
+    /// Whether a button is held that moves, selects or scrolls something.
+    bool isGestureActive() const;
+
     /// The layer that is emphasised and drawn last, whose keys are preferred under the pointer and which Tab
     /// walks. Keeps the layer, not its place in the list. An index without layer means none.
     void setCurrentLayer(int index);

@@ -32,6 +32,19 @@ MarkerFrames framesOf(const ZT::AnimationMarkers& markers) {
             markers.rangeStartIndex(), markers.rangeEndIndex(), markers.isRangeVisible()};
 }
 
+/// From the first key, at frame 1 at the latest, to the last one; where there is not that much, what a first
+/// gesture needs.
+MarkerFrames spanOf(const ZT::EditableAnimation& animation) {
+    constexpr unsigned int lastOfNewOnes = 100;
+    unsigned int first = 1;
+    for (const ZT::EditableAnimationLayer* const layer : animation) {
+        const ZT::EditableMotionCurve& curve = *layer->getCurve();
+        first = curve.empty() ? first : std::min(first, curve.begin()->first);
+    }
+    const unsigned int last = animation.getGreaterIndex();
+    return {first, first, last > first ? last : lastOfNewOnes};
+}
+
 /// To the place @p to in the list without it.
 template <class Iterator>
 void moveElement(Iterator list, int from, int to) {
@@ -49,6 +62,7 @@ Document::Document(QObject* parent)
     , _animation(std::make_unique<ZT::EditableAnimation>())
     , _selection(std::make_unique<KeySelection>(*this)) {
     connect(&_history, &QUndoStack::cleanChanged, this, &Document::pathChanged);
+    setMarkers(markers(), spanOf(*_animation));
     _observe();
     _keepSpan();
 }
@@ -65,8 +79,7 @@ void Document::replace(AnimationData data, const QString& path) {
         const bool isKnown = i < data.looks.size() && data.looks[i];
         looks.push_back(isKnown ? *data.looks[i] : LayerLook{colourAt(static_cast<int>(i))});
     }
-    const unsigned int last = std::max(data.animation->getGreaterIndex(), 1U);
-    setMarkers(*data.animation->getMarkers(), data.markers.value_or(MarkerFrames{1, 1, last}));
+    setMarkers(*data.animation->getMarkers(), data.markers.value_or(spanOf(*data.animation)));
     _history.clear(); // First: a drag under way looks at the selection when it is finished.
     _selection->forget();
     _animation = std::move(data.animation);

@@ -4,6 +4,7 @@
 #include "commands/MoveRangeCommand.h"
 #include "document/Document.h"
 #include "document/Frames.h"
+#include "document/Macro.h"
 #include "document/Translation.h"
 #include "model/AnimationMarkers.h"
 #include "model/FirstException.h"
@@ -11,6 +12,7 @@
 #include <QHash>
 
 #include <algorithm>
+#include <utility>
 
 namespace Editor {
 
@@ -154,9 +156,10 @@ private:
 
 class ShowRangeCommand : public ZT::AnimCmd::ChangeRangeCommand {
 public:
-    ShowRangeCommand(ZT::AnimationMarkers& markers, unsigned int start, unsigned int end)
+    ShowRangeCommand(ZT::AnimationMarkers& markers, unsigned int start, unsigned int end, bool isVisible)
         : ChangeRangeCommand(&markers, {}, start, end, false)
         , _markers(markers)
+        , _isVisible(isVisible)
         , _wasVisible(markers.isRangeVisible()) {}
 
     void undo() override {
@@ -164,7 +167,7 @@ public:
     }
 
     void redo() override {
-        _then([this] { ChangeRangeCommand::redo(); }, true);
+        _then([this] { ChangeRangeCommand::redo(); }, _isVisible);
     }
 
 private:
@@ -177,6 +180,7 @@ private:
     }
 
     ZT::AnimationMarkers& _markers;
+    bool _isVisible;
     bool _wasVisible;
 };
 
@@ -192,7 +196,7 @@ public:
             return nullptr;
         }
         return std::make_unique<ShowRangeCommand>(_document.markers(), std::min(_frame, other),
-                                                  std::max(_frame, other));
+                                                  std::max(_frame, other), true);
     }
 
     QString text() const override { return tr("Make range"); }
@@ -217,6 +221,16 @@ std::unique_ptr<DragKind> dragRangeEnd(Document& document, ZT::AnimCmd::StretchS
 
 std::unique_ptr<DragKind> dragNewRange(Document& document, unsigned int frame) {
     return std::make_unique<NewRangeKind>(document, frame);
+}
+
+void removeRange(Document& document) {
+    const ZT::AnimationMarkers& markers = document.markers();
+    if (markers.isRangeVisible()) {
+        auto command = std::make_unique<ShowRangeCommand>(document.markers(), markers.rangeStartIndex(),
+                                                          markers.rangeEndIndex(), false);
+        command->setText(tr("Remove range"));
+        Macro::push(document.history(), std::move(command));
+    }
 }
 
 } // namespace Editor

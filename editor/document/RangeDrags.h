@@ -16,5 +16,7 @@ std::unique_ptr<DragKind> dragRangeEnd(Document& document, ZT::AnimCmd::StretchS
 /// Makes a user range from @p frame to where the pointer is. A range that was hidden is shown from the first
 /// step on, and hidden again by undo.
 std::unique_ptr<DragKind> dragNewRange(Document& document, unsigned int frame);
+/// Hides the user range; its keys stay where they are. Does nothing where there is none.
+void removeRange(Document& document);
 
 } // namespace Editor

@@ -227,11 +227,12 @@ void TimelineView::wheelEvent(QWheelEvent* event) {
 }
 
 void TimelineView::mousePressEvent(QMouseEvent* event) {
-    if (_gesture.isActive() || _panned) {
+    if (isGestureActive()) {
         return;
     }
     if (event->button() == Qt::MiddleButton) {
         _panned = event->pos();
+        _beforePan = {_frames.first(), _frames.last(), verticalScrollBar()->value()};
     } else if (event->button() == Qt::LeftButton) {
         const TimelineLayout now = parts();
         const TimelineTarget target(_document, now, event->pos());
@@ -310,10 +311,19 @@ void TimelineView::_announce(const QString& text) {
     }
 }
 
+bool TimelineView::focusNextPrevChild(bool next) {
+    // Escape shall find the gesture.
+    return isGestureActive() || QAbstractScrollArea::focusNextPrevChild(next);
+}
+
 void TimelineView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && _gesture.cancel()) {
         viewport()->update();
-    } else if (_gesture.isActive() || !_keyboard.press(*event)) {
+    } else if (event->key() == Qt::Key_Escape && _panned) {
+        _panned.reset();
+        _frames.show(_beforePan.first, _beforePan.last);
+        verticalScrollBar()->setValue(_beforePan.row);
+    } else if (isGestureActive() || !_keyboard.press(*event)) {
         QAbstractScrollArea::keyPressEvent(event);
     }
 }

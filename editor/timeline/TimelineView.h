@@ -45,6 +45,9 @@ public:
     /// Where what is shown now, in pixels of the viewport.
     TimelineLayout parts() const;
 
+    /// Whether a button is held that moves, selects or scrolls something.
+    bool isGestureActive() const { return _gesture.isActive() || _panned; }
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -73,6 +76,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -80,6 +84,12 @@ protected:
     void scrollContentsBy(int dx, int dy) override;
 
 private:
+    struct Shown {
+        double first = 0.0; ///< frame
+        double last = 0.0;
+        int row = 0; ///< of the scroll bar
+    };
+
     void _observe();
     void _repaint();
     void _repaintBand();
@@ -98,6 +108,7 @@ private:
     ViewPicture _picture;           ///< of all but lines of frames, the rubber band and the focus
     unsigned int _currentFrame = 0; ///< as painted
     std::optional<QPoint> _panned;  ///< where the pointer was when the view was last panned
+    Shown _beforePan;
     QString _announced;
 };
 

@@ -1,5 +1,6 @@
 #include "window/EditActions.h"
 
+#include "document/Drag.h"
 #include "model/AnimationMarkers.h"
 #include "window/ActionMaker.h"
 #include "window/Workspace.h"
@@ -43,6 +44,9 @@ EditActions::EditActions(Workspace& ofWorkspace, CurrentCurve ofCurrentLayer, QO
             [this, &history] { attemptTo([&history] { history.undo(); }); });
     connect(_redo, &QAction::triggered, this,
             [this, &history] { attemptTo([&history] { history.redo(); }); });
+    // What is dragged can be undone before it is an entry.
+    connect(&workspace.drag, &Drag::activeChanged, this,
+            [this, &history](bool isActive) { _undo->setEnabled(isActive || history.canUndo()); });
     KeySelection& selection = workspace.document.selection();
     onTriggered(_cutAction, [this] { _cut(); });
     onTriggered(_copyAction, [this] { _copy(); });

@@ -101,6 +101,7 @@ bool FileSession::open(const QString& path) {
 }
 
 bool FileSession::mayLeave() {
+    Q_EMIT aboutToSettle();
     if (!_document.isModified()) {
         return true;
     }
@@ -149,10 +150,12 @@ void FileSession::openAsked() {
 }
 
 bool FileSession::save() {
+    Q_EMIT aboutToSettle();
     return _document.path().isEmpty() ? saveAs() : _write(_document.path());
 }
 
 bool FileSession::saveAs() {
+    Q_EMIT aboutToSettle();
     const QString path = _dialogs.askSavePath(suggestedPath());
     return !path.isEmpty() && _write(QFileInfo(path).absoluteFilePath());
 }

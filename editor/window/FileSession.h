@@ -51,6 +51,8 @@ public Q_SLOTS:
     void setGestureActive(bool isActive) { _autosave.setGestureActive(isActive); }
 
 Q_SIGNALS:
+    /// The document is saved next, or asked whether it is: what is being typed belongs to it.
+    void aboutToSettle();
     /// name() may be another one.
     void nameChanged();
     /// The document is saved under its path now.

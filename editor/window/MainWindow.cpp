@@ -26,6 +26,7 @@
 #include <QFileInfo>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QPointer>
 #include <QSplitter>
 #include <QTimer>
 #include <QToolBar>
@@ -79,6 +80,7 @@ MainWindow::MainWindow(Workspace& workspace, Settings& settings, FileDialogs& di
     connect(_fileActions, &FileActions::exportAsked, this, &MainWindow::_exportPicture);
     connect(_fileActions, &FileActions::settingsAsked, this, &MainWindow::_changeSettings);
     connect(_fileActions, &FileActions::quitAsked, this, &QWidget::close);
+    connect(&_session, &FileSession::aboutToSettle, this, &MainWindow::_enterWhatIsTyped);
     connect(&_session, &FileSession::nameChanged, this, &MainWindow::_showTitle);
     connect(&workspace.drag, &Drag::activeChanged, &_session, &FileSession::setGestureActive);
     connect(&settings, &Settings::changed, this, &MainWindow::_applySettings);
@@ -100,6 +102,16 @@ void MainWindow::setCurrentLayer(int index) {
     }
     _curves->setCurrentLayer(index);
     _timeline->setCurrentLayer(index);
+}
+
+// Fields and cells take what is typed in them when they lose the focus.
+void MainWindow::_enterWhatIsTyped() {
+    if (const QPointer<QWidget> field = focusWidget(); field != nullptr && isAncestorOf(field)) {
+        field->clearFocus();
+        if (field != nullptr) {
+            field->setFocus();
+        }
+    }
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -166,7 +178,7 @@ void MainWindow::_fillMenus() {
     _fileActions->addTo(*menuBar()->addMenu(tr("&File")));
     _editActions->addTo(*menuBar()->addMenu(tr("&Edit")));
     _keyActions->addTo(*menuBar()->addMenu(tr("&Key")));
-    _rangeActions->addTo(*menuBar()->addMenu(tr("&Range")));
+    _rangeActions->addTo(*menuBar()->addMenu(tr("Ran&ge")));
     menuBar()->addMenu(tr("&Layer"))->addActions(_layers->actions());
     QMenu* const view = menuBar()->addMenu(tr("&View"));
     _viewActions->addTo(*view);
@@ -202,6 +214,9 @@ void MainWindow::_fillContextMenus(QWidget& centre) {
         _playbackActions->playOnSpaceIn(*view);
         view->setContextMenuPolicy(Qt::CustomContextMenu);
         connect(view, &QWidget::customContextMenuRequested, this, [this, view](const QPoint& point) {
+            if (_curves->isGestureActive() || _timeline->isGestureActive()) {
+                return; // It would take the release that ends the gesture.
+            }
             QMenu menu;
             menu.addActions(_editActions->forKeys());
             menu.addSeparator();

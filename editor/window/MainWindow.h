@@ -71,6 +71,7 @@ private:
     void _connectStatus();
     void _restorePlace();
     void _exportPicture();
+    void _enterWhatIsTyped();
     void _changeSettings();
     void _applySettings();
     void _applyUndoLimit();

@@ -3,6 +3,7 @@
 #include "document/Frames.h"
 
 #include <QKeyEvent>
+#include <QKeySequence>
 #include <QLocale>
 
 #include <algorithm>
@@ -62,6 +63,17 @@ QSize NumberField::minimumSizeHint() const {
 
 void NumberField::takeBack() {
     setText(_shown); // Which also says that nothing is typed.
+}
+
+bool NumberField::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && !isModified()) {
+        const auto& key = static_cast<const QKeyEvent&>(*event);
+        if (key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo)) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
 }
 
 void NumberField::keyPressEvent(QKeyEvent* event) {

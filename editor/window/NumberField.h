@@ -5,7 +5,8 @@
 namespace Editor {
 
 /// A field with one exact number, or none where there is no one number to show. What is typed counts when
-/// Enter is pressed or the field is left; Escape takes it back.
+/// Enter is pressed or the field is left; Escape takes it back. While nothing is typed, the keys for undo and
+/// redo are the window's.
 class NumberField : public QLineEdit {
     Q_OBJECT
 
@@ -37,6 +38,7 @@ Q_SIGNALS:
     void refused(const QString& why);
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

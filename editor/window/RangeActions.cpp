@@ -29,6 +29,7 @@ RangeActions::RangeActions(Workspace& ofWorkspace, QObject* parent)
         _add(tr("S&tretch Range End to Current Frame"), "stretchRangeEnd", Qt::SHIFT | Qt::Key_E,
              &RangeActions::_stretchEnd),
     };
+    _removeAction = _add(tr("Remo&ve Range"), "removeRange", Qt::SHIFT | Qt::Key_R, &RangeActions::_remove);
     _markerActions = {
         _add(tr("Set Start Marker at &Current Frame"), "setStartMarker", Qt::Key_I,
              &RangeActions::_setStartMarker),
@@ -54,6 +55,8 @@ void RangeActions::addTo(QMenu& menu) const {
     menu.addSeparator();
     menu.addActions(_keysActions);
     menu.addSeparator();
+    menu.addAction(_removeAction);
+    menu.addSeparator();
     menu.addActions(_markerActions);
 }
 
@@ -66,6 +69,7 @@ QList<QAction*> RangeActions::forKeys() const {
 void RangeActions::listenIn(QWidget& view) const {
     view.addActions(_rangeActions + _keysActions + _markerActions);
     view.addAction(_ofSelection);
+    view.addAction(_removeAction);
 }
 
 ZT::AnimationMarkers& RangeActions::_markers() const {
@@ -141,6 +145,12 @@ void RangeActions::_stretchEnd() {
 void RangeActions::_drag(std::unique_ptr<DragKind> kind, unsigned int from) {
     dragAtOnce(workspace.drag, std::move(kind),
                QPointF(static_cast<double>(_markers().selectedIndex()) - from, 0.0));
+}
+
+void RangeActions::_remove() {
+    if (_hasRange()) {
+        removeRange(workspace.document);
+    }
 }
 
 bool RangeActions::_hasRange() {

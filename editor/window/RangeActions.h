@@ -38,6 +38,7 @@ private:
     void _move();
     void _stretchStart();
     void _stretchEnd();
+    void _remove();
     void _drag(std::unique_ptr<DragKind> kind, unsigned int from);
     bool _hasRange();
     void _setStartMarker();
@@ -47,6 +48,7 @@ private:
     QList<QAction*> _rangeActions; ///< all are QObject children
     QAction* _ofSelection;
     QList<QAction*> _keysActions; ///< which move the range's keys along
+    QAction* _removeAction;
     QList<QAction*> _markerActions;
 };
 

@@ -72,6 +72,24 @@ class ContextMenuTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // It would take the release of the button, and the drag would go on without one.
+    void noMenuComesUpWhileAButtonDragsSomething() {
+        Scene scene;
+        Editor::CurveView& curves = scene.window.curves();
+        const QPoint point = curves.placement().toPoint(20.0, 2.0).toPoint();
+        QTest::mousePress(&curves, Qt::LeftButton, {}, point);
+        for (QWidget* const view :
+             {static_cast<QWidget*>(&curves), static_cast<QWidget*>(&scene.window.timeline())}) {
+            QVERIFY(Scene::menuOpenedBy([&] {
+                        QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5),
+                                                view->mapToGlobal(QPoint(5, 5)));
+                        QApplication::sendEvent(view, &event);
+                    }).isEmpty());
+        }
+        QTest::mouseRelease(&curves, Qt::LeftButton, {}, point);
+        QVERIFY(!scene.workspace.drag.isActive());
+    }
+
     void aRightClickOnAKeySelectsItAndOffersWhatCanBeDoneToIt() {
         Scene scene;
         Editor::CurveView& curves = scene.window.curves();

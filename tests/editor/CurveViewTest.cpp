@@ -233,6 +233,21 @@ private Q_SLOTS:
         QCOMPARE(scene.entries(), 0);
     }
 
+    void escapeGivesThePlaceOfTheViewBack() {
+        Scene scene(twoLayers);
+        const double first = scene.frames->first();
+        const double lowest = scene.view->values().first();
+        scene.press({300, 200}, {}, Qt::MiddleButton);
+        scene.moveTo({380, 260}, {}, Qt::MiddleButton);
+        QVERIFY(scene.frames->first() != first);
+        QVERIFY(scene.view->values().first() != lowest);
+        scene.type(Qt::Key_Escape);
+        QCOMPARE(scene.frames->first(), first);
+        QCOMPARE(scene.view->values().first(), lowest);
+        scene.moveTo({420, 300}, {}, Qt::MiddleButton);
+        QCOMPARE(scene.frames->first(), first);
+    }
+
     void escapeGivesTheSelectedFrameBack() {
         Scene scene(twoLayers);
         const QPoint ruler(scene.at(30, 0).x(), 5);
@@ -253,10 +268,10 @@ private Q_SLOTS:
         scene.document.markers().setSelectedIndex(7);
         scene.press(ruler);
         scene.load(twoLayers);
-        QCOMPARE(scene.document.markers().selectedIndex(), 1U);
+        QCOMPARE(scene.document.markers().selectedIndex(), 0U);
         scene.moveTo(ruler);
         scene.release(ruler);
-        QCOMPARE(scene.document.markers().selectedIndex(), 1U);
+        QCOMPARE(scene.document.markers().selectedIndex(), 0U);
     }
 
     void anotherAnimationIsShownFromItsBeginning() {

@@ -26,6 +26,8 @@ private Q_SLOTS:
     void replacingForgetsWhatWas();
     void replacingTakesLooksAndMarkersThatTheFileNames();
     void replacingGivesTheRestUsualOnes();
+    void theSpanThatPlaysHoldsAllKeys_data();
+    void theSpanThatPlaysHoldsAllKeys();
     void replacingAnnouncesItself();
     void editsMakeItModifiedAndSavingDoesNot();
     void unsavedWorkStaysUnsavedUntilItIsSaved();
@@ -87,8 +89,29 @@ void DocumentTest::replacingGivesTheRestUsualOnes() {
     Document document;
     document.replace(std::move(data), QString());
     QCOMPARE(Snapshot::of(document.markers()), QString("markers 1 [1, 42] range [1, 1] 0"));
-    document.replace(animationOf({}), QString());
-    QCOMPARE(Snapshot::of(document.markers()), QString("markers 1 [1, 1] range [1, 1] 0"));
+}
+
+void DocumentTest::theSpanThatPlaysHoldsAllKeys_data() {
+    QTest::addColumn<QList<int>>("frames");
+    QTest::addColumn<QString>("markers");
+    QTest::newRow("from frame 0") << QList<int>{0, 42} << "markers 0 [0, 42] range [1, 1] 0";
+    QTest::newRow("from a later one") << QList<int>{7, 42} << "markers 1 [1, 42] range [1, 1] 0";
+    QTest::newRow("a single key") << QList<int>{1} << "markers 1 [1, 100] range [1, 1] 0";
+    QTest::newRow("a pose at frame 0") << QList<int>{0} << "markers 0 [0, 100] range [1, 1] 0";
+    QTest::newRow("no key, room for a first gesture") << QList<int>() << "markers 1 [1, 100] range [1, 1] 0";
+}
+
+void DocumentTest::theSpanThatPlaysHoldsAllKeys() {
+    QFETCH(const QList<int>, frames);
+    QFETCH(const QString, markers);
+    AnimationData data = animationOf({"one", "two"});
+    for (const int frame : frames) {
+        (*data.animation)[1]->getCurve()->insert(static_cast<unsigned int>(frame), new Key);
+    }
+    Document document;
+    QCOMPARE(Snapshot::of(document.markers()), QString("markers 1 [1, 100] range [1, 1] 0"));
+    document.replace(std::move(data), QString());
+    QCOMPARE(Snapshot::of(document.markers()), markers);
 }
 
 void DocumentTest::replacingAnnouncesItself() {
@@ -144,7 +167,7 @@ void DocumentTest::startAndEndMarkersAreWorkAndTheCurrentFrameIsNot() {
     QCOMPARE(changes.count(), 1);
     QCOMPARE(spans.count(), 2);
     scene.markers().setStartIndex(1);
-    scene.markers().setEndIndex(1); // As a gesture that is taken back leaves them.
+    scene.markers().setEndIndex(100); // As a gesture that is taken back leaves them.
     QVERIFY(!scene.document.isModified());
     QCOMPARE(changes.count(), 2);
     scene.markers().setEndIndex(70);

@@ -30,6 +30,7 @@ class EditActionsTest : public QObject {
 private Q_SLOTS:
     void theClipboardIsLookedAtOnlyWhenItChanges();
     void undoDuringADragUndoesTheDrag();
+    void undoDuringTheVeryFirstDragUndoesIt();
     void keysAreCutCopiedAndDeletedOnlyWhereSomeAreSelected();
 };
 
@@ -69,6 +70,21 @@ void EditActionsTest::undoDuringADragUndoesTheDrag() {
     QCOMPARE(scene.state(), before);
     scene.action("redo").trigger();
     QCOMPARE(scene.state(), dragged);
+}
+
+void EditActionsTest::undoDuringTheVeryFirstDragUndoesIt() {
+    WindowScene scene;
+    TwoLayers::select(scene.document(), 20);
+    Editor::Drag& drag = scene.workspace.drag;
+    const QString before = scene.state();
+    QVERIFY(!scene.action("undo").isEnabled());
+    drag.begin(Editor::dragKeys(scene.document().selection().keys()));
+    drag.moveTo({3.0, 0.0});
+    QVERIFY(scene.action("undo").isEnabled());
+    scene.action("undo").trigger();
+    QVERIFY(!drag.isActive());
+    QCOMPARE(scene.state(), before);
+    QVERIFY(!scene.action("undo").isEnabled());
 }
 
 void EditActionsTest::keysAreCutCopiedAndDeletedOnlyWhereSomeAreSelected() {

@@ -72,6 +72,10 @@ private Q_SLOTS:
     void aDecimalCommaMakesNoThousandsOfFrames();
     void escapeTakesBackWhatWasTyped();
     void aFieldThatIsLeftCounts();
+    void theUndoKeyUndoesWhatWasEntered();
+    void theUndoKeyUndoesTypingBeforeThat();
+    void whatIsBeingTypedIsSaved();
+    void whatIsBeingTypedIsAskedAboutBeforeTheWindowCloses();
     void valuesAreShownToTheLastBit_data();
     void valuesAreShownToTheLastBit();
     void aTypeChosenInABoxGoesToThatSide();
@@ -275,6 +279,50 @@ void KeyPanelTest::aFieldThatIsLeftCounts() {
     QTest::keyClick(&field, Qt::Key_Tab);
     QCOMPARE(key(scene.document(), 0, 20)->getValue(), 8.0F);
     QCOMPARE(scene.history().count(), 1);
+}
+
+void KeyPanelTest::theUndoKeyUndoesWhatWasEntered() {
+    PanelScene scene(20);
+    const QString before = scene.state();
+    scene.enter("valueField", "7");
+    QCOMPARE(scene.history().index(), 1);
+    QTest::keyClick(scene.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(scene.history().index(), 0);
+    QCOMPARE(scene.state(), before);
+}
+
+void KeyPanelTest::theUndoKeyUndoesTypingBeforeThat() {
+    PanelScene scene(20);
+    scene.enter("valueField", "7");
+    QLineEdit& field = scene.field("valueField");
+    QTest::keyClicks(&field, "1");
+    QVERIFY(field.isModified());
+    QTest::keyClick(scene.window.windowHandle(), Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(scene.history().index(), 1);
+}
+
+void KeyPanelTest::whatIsBeingTypedIsSaved() {
+    PanelScene scene(20);
+    const QString path = scene.directory.filePath("typed.xml");
+    scene.dialogs.savePath = path;
+    scene.field("valueField").setFocus();
+    scene.field("valueField").selectAll();
+    QTest::keyClicks(&scene.field("valueField"), "7");
+    scene.action("save").trigger();
+    QCOMPARE(key(scene.document(), 0, 20)->getValue(), 7.0F);
+    QVERIFY(!scene.document().isModified());
+    QVERIFY(scene.field("valueField").hasFocus());
+}
+
+void KeyPanelTest::whatIsBeingTypedIsAskedAboutBeforeTheWindowCloses() {
+    PanelScene scene(20);
+    scene.document().setSaved(scene.directory.filePath("typed.xml"));
+    scene.field("valueField").setFocus();
+    scene.field("valueField").selectAll();
+    QTest::keyClicks(&scene.field("valueField"), "7");
+    scene.dialogs.unsaved = Editor::FileDialogs::Unsaved::cancel;
+    QVERIFY(!scene.window.close());
+    QVERIFY(scene.document().isModified());
 }
 
 void KeyPanelTest::valuesAreShownToTheLastBit_data() {

@@ -39,6 +39,19 @@ class TimelineViewTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void escapeGivesThePlaceOfTheViewBackAndKeepsTheSelection() {
+        TimelineScene scene;
+        scene.click(scene.inRow(0, 20));
+        const double first = scene.axis->first();
+        scene.press(scene.inRow(0, 50), {}, Qt::MiddleButton);
+        scene.moveTo(scene.inRow(1, 60), Qt::MiddleButton);
+        QVERIFY(scene.axis->first() != first);
+        QTest::keyClick(&scene.view, Qt::Key_Escape);
+        QCOMPARE(scene.axis->first(), first);
+        QVERIFY(!scene.view.isGestureActive());
+        QVERIFY(!scene.document.selection().isEmpty());
+    }
+
     void selectedKeysAreFilledWithTheHighlightColour() {
         TimelineScene scene;
         const QPoint point = scene.inRow(0, 20);

@@ -3,8 +3,10 @@
 #include "timeline/TimelineView.h"
 #include "window/StatusLine.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QMimeData>
@@ -71,6 +73,7 @@ private Q_SLOTS:
     void actionsOnKeysNeedKeys();
     void undoAndRedoSayWhatTheyDo();
     void everyCommandHasANameAndNoTwoShareAKey();
+    void noTwoThingsOfTheWindowShareAnUnderlinedLetter();
     void keysOfTheKeyboardDoWhatTheMenusSay_data();
     void keysOfTheKeyboardDoWhatTheMenusSay();
     void lettersTypeWhereTextIsTyped();
@@ -273,6 +276,28 @@ void WindowActionsTest::everyCommandHasANameAndNoTwoShareAKey() {
     for (const QAction* const tool : scene.part<QToolBar>("toolBar").actions()) {
         QVERIFY2(tool->isSeparator() || !tool->icon().isNull(), qPrintable(tool->text()));
     }
+}
+
+void WindowActionsTest::noTwoThingsOfTheWindowShareAnUnderlinedLetter() {
+    WindowScene scene;
+    QStringList texts;
+    for (const QAction* const menu : scene.window.menuBar()->actions()) {
+        texts.append(menu->text());
+    }
+    for (const QLabel* const label : scene.window.findChildren<QLabel*>()) {
+        texts.append(label->buddy() != nullptr ? label->text() : QString());
+    }
+    for (const QAbstractButton* const button : scene.window.findChildren<QAbstractButton*>()) {
+        texts.append(button->text());
+    }
+    QHash<QString, QString> owners;
+    for (const QString& text : texts) {
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        QVERIFY2(letter.isEmpty() || !owners.contains(letter),
+                 qPrintable(letter + ": " + owners.value(letter) + ", " + text));
+        owners.insert(letter, text);
+    }
+    QVERIFY(owners.size() > 7);
 }
 
 void WindowActionsTest::keysOfTheKeyboardDoWhatTheMenusSay_data() {

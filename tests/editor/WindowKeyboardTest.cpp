@@ -11,6 +11,7 @@
 #include <QTableView>
 
 #include <limits>
+#include <utility>
 
 using TwoLayers::key;
 
@@ -47,6 +48,49 @@ class WindowKeyboardTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // Escape would not find it there, and deselect.
+    void tabDoesNotLeaveADrag() {
+        Scene scene;
+        Editor::CurveView& curves = scene.window.curves();
+        Editor::TimelineView& timeline = scene.window.timeline();
+        const QPoint key(timeline.parts().x(20), timeline.parts().row(0).center().y());
+        const std::pair<QWidget*, QPoint> presses[] = {
+            {&curves, curves.placement().toPoint(20.0, 2.0).toPoint()}, {timeline.viewport(), key}};
+        for (const auto& [pressed, point] : presses) {
+            QWidget* const view = pressed == &curves ? pressed : &timeline;
+            view->setFocus();
+            QTest::mousePress(pressed, Qt::LeftButton, {}, point);
+            QVERIFY(curves.isGestureActive() || timeline.isGestureActive());
+            for (const Qt::KeyboardModifiers modifiers : {Qt::NoModifier, Qt::ControlModifier}) {
+                QTest::keyClick(scene.window.windowHandle(), Qt::Key_Tab, modifiers);
+                QCOMPARE(scene.window.focusWidget(), view);
+            }
+            QTest::keyClick(scene.window.windowHandle(), Qt::Key_Escape);
+            QVERIFY(!curves.isGestureActive() && !timeline.isGestureActive());
+            QTest::mouseRelease(pressed, Qt::LeftButton, {}, point);
+        }
+    }
+
+    void aRangeIsRemovedAndItsKeysStay() {
+        Scene scene;
+        scene.type(Qt::Key_R, Qt::ShiftModifier); // There is none.
+        QCOMPARE(scene.said(), QString("There is no range."));
+        QCOMPARE(scene.history().count(), 0);
+        scene.goTo(5);
+        scene.type(Qt::Key_B);
+        const QString range = scene.range();
+        const QString frames = scene.frames(0) + '/' + scene.frames(1);
+        scene.type(Qt::Key_R, Qt::ShiftModifier);
+        QCOMPARE(scene.range(), QString("none"));
+        QCOMPARE(scene.frames(0) + '/' + scene.frames(1), frames);
+        QCOMPARE(scene.history().count(), 2);
+        QCOMPARE(scene.history().undoText(), QString("Remove range"));
+        scene.history().undo();
+        QCOMPARE(scene.range(), range);
+        scene.history().redo();
+        QCOMPARE(scene.range(), QString("none"));
+    }
+
     void aRangeIsMadeFromOneFrameToAnother() {
         Scene scene;
         scene.goTo(5);
