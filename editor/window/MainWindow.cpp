@@ -107,8 +107,8 @@ void MainWindow::setCurrentLayer(int index) {
 // Fields and cells take what is typed in them when they lose the focus.
 void MainWindow::_enterWhatIsTyped() {
     if (const QPointer<QWidget> field = focusWidget(); field != nullptr && isAncestorOf(field)) {
-        field->clearFocus();
-        if (field != nullptr) {
+        field->parentWidget()->setFocus();
+        if (field != nullptr && field->isVisible()) { // The editor of a cell has gone.
             field->setFocus();
         }
     }

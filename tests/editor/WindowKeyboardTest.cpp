@@ -7,6 +7,7 @@
 #include "window/StatusLine.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QMouseEvent>
 #include <QTableView>
 
@@ -69,6 +70,23 @@ private Q_SLOTS:
             QVERIFY(!curves.isGestureActive() && !timeline.isGestureActive());
             QTest::mouseRelease(pressed, Qt::LeftButton, {}, point);
         }
+    }
+
+    void aNameThatIsBeingTypedIsSaved() {
+        Scene scene;
+        scene.dialogs.savePath = scene.directory.filePath("named.xml");
+        QTableView& table = scene.table();
+        table.setFocus();
+        table.setCurrentIndex(table.model()->index(0, Editor::LayerModel::nameColumn));
+        table.edit(table.currentIndex());
+        auto* const editor = table.findChild<QLineEdit*>();
+        QVERIFY(editor != nullptr);
+        editor->selectAll();
+        QTest::keyClicks(editor, "shoulder");
+        scene.action("save").trigger();
+        QCOMPARE(scene.document().layer(0)->getActuatorName(), QString("shoulder"));
+        QVERIFY(!scene.document().isModified());
+        QVERIFY(table.hasFocus());
     }
 
     void aRangeIsRemovedAndItsKeysStay() {

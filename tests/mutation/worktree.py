@@ -92,7 +92,8 @@ class Worktree:
         done = subprocess.run(["ninja", "-C", self._build, f"-j{jobs}", *targets], text=True, errors="replace",
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         if done.returncode != 0:
-            raise BuildError(done.stdout)
+            # What no compiler or linker complains of is no mutant's fault.
+            raise BuildError(done.stdout) if "error:" in done.stdout else RuntimeError(done.stdout)
 
     def tests(self):
         """The test programs that may notice a mutant."""
