@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 
 namespace ZT::AnimCmd {
 
@@ -53,55 +54,45 @@ void ChangeRangeCommand::undo() {
 
 void ChangeRangeCommand::_apply(const CurvesKeysMap& indices) {
     FirstException thrown;
-    _forgetDeadKeys();
+    _detachedKeys.letGoOfTakenKeys({&_oldIndices, &newIndices});
     thrown.guard([&] { reorganizeKeys(indices); });
     thrown.guard([&] { updateRange(); });
     thrown.rethrow();
 }
 
-// Somebody else may have put a failed key into a curve in which it died.
-void ChangeRangeCommand::_forgetDeadKeys() {
-    for (EditableMotionCurveKey* const dead : _detachedKeys.letGoOfTakenKeys()) {
-        for (CurvesKeysMap* const indices : {&_oldIndices, &newIndices}) {
-            for (auto& ofCurve : *indices) {
-                ofCurve.remove(dead);
-            }
-        }
-    }
-}
-
 void ChangeRangeCommand::reorganizeKeys(const CurvesKeysMap& indices) {
     _failedKeys.clear();
+    const Keys ours = _detachedKeys.keys();
     FirstException thrown;
     for (auto entry = indices.cbegin(); entry != indices.cend(); ++entry) {
         thrown.guard([&] {
             EditableMotionCurve& curve = *entry.key();
-            Keys newcomers;
+            Keys others; // Newcomers that somebody else owns. In the order of their addresses, as ours.
             for (auto key = entry->keyBegin(); key != entry->keyEnd(); ++key) {
-                if (*key != nullptr && (*key)->getParentCurve() != &curve) {
-                    newcomers.push_back(*key);
+                if (*key != nullptr && !curve._holds(*key) &&
+                    !std::binary_search(ours.begin(), ours.end(), *key, std::less<>())) {
+                    others.push_back(*key);
                 }
             }
             try {
                 curve.reorganizeKeys(entry.value());
             } catch (EditableMotionCurveReorganizedFail& failure) {
-                _takeFailedKeys(curve, failure.failedKeys, newcomers);
+                _takeFailedKeys(curve, failure.failedKeys, others);
             }
         });
     }
-    _detachedKeys.letGoOfHeldKeys();
+    _detachedKeys.letGoOfTakenKeys();
     thrown.rethrow();
 }
 
-// Keys that failed as newcomers stay with whoever owns them, be it this command.
-void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& newcomers) {
+void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& others) {
     const std::size_t namedBefore = _failedKeys.size();
     FirstException thrown;
     thrown.guard([&] { _failedKeys.insert(_failedKeys.end(), failed.begin(), failed.end()); });
-    const auto isNewcomer = [&](EditableMotionCurveKey* key) {
-        return std::find(newcomers.begin(), newcomers.end(), key) != newcomers.end();
+    const auto isAnothers = [&](EditableMotionCurveKey* key) {
+        return std::binary_search(others.begin(), others.end(), key, std::less<>());
     };
-    failed.erase(std::remove_if(failed.begin(), failed.end(), isNewcomer), failed.end());
+    failed.erase(std::remove_if(failed.begin(), failed.end(), isAnothers), failed.end());
     if (!thrown.guard([&] { _detachedKeys.add(failed); })) {
         // Memory is out: keys that cannot be watched stay in their curve, behind its last one.
         _failedKeys.resize(namedBefore);

@@ -90,8 +90,7 @@ private:
     using Keys = std::vector<EditableMotionCurveKey*>;
 
     void _apply(const CurvesKeysMap& indices);
-    void _forgetDeadKeys();
-    void _takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& newcomers);
+    void _takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& others);
 
     MergeState _mergeState;
     CurvesKeysMap _oldIndices; ///< what undo() gives

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <iterator>
 
 namespace ZT::AnimCmd {
@@ -57,24 +58,38 @@ void DetachedKeys::_add(EditableMotionCurveKey* key) {
     }
 }
 
-std::vector<EditableMotionCurveKey*> DetachedKeys::letGoOfTakenKeys() {
-    std::vector<EditableMotionCurveKey*> dead;
-    for (const Detached& detached : _keys) {
-        if (detached.key.isNull()) {
-            dead.push_back(detached.address);
-        }
-    }
+void DetachedKeys::letGoOfTakenKeys() {
     const auto isTaken = [](const Detached& detached) { return !detached.isOurs(); };
     _keys.erase(std::remove_if(_keys.begin(), _keys.end(), isTaken), _keys.end());
-    return dead;
+}
+
+void DetachedKeys::letGoOfTakenKeys(std::initializer_list<CurvesKeysMap*> maps) {
+    for (const Detached& detached : _keys) {
+        for (CurvesKeysMap* const map : maps) {
+            for (auto curve = map->begin(); detached.key.isNull() && curve != map->end(); ++curve) {
+                curve->remove(detached.address);
+            }
+        }
+    }
+    letGoOfTakenKeys();
 }
 
 void DetachedKeys::letGoOfHeldKeys() {
     const auto isHeld = [](const Detached& detached) { return !isOutside(detached.key); };
     _keys.erase(std::remove_if(_keys.begin(), _keys.end(), isHeld), _keys.end());
     for (Detached& detached : _keys) {
-        detached.placings = detached.key->_placement().placings; // It may have come and gone.
+        detached.placings = detached.key->_placement().placings;
     }
+}
+
+std::vector<EditableMotionCurveKey*> DetachedKeys::keys() const {
+    std::vector<EditableMotionCurveKey*> keys;
+    keys.reserve(_keys.size());
+    for (const Detached& detached : _keys) {
+        keys.push_back(detached.address);
+    }
+    std::sort(keys.begin(), keys.end(), std::less<>());
+    return keys;
 }
 
 void DetachedKeys::makeRoomFor(const DetachedKeys& other) {

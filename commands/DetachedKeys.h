@@ -2,9 +2,11 @@
 
 #include "model/EditableMotionCurveKey.h"
 
+#include <QMap>
 #include <QPointer>
 
 #include <cstdint>
+#include <initializer_list>
 #include <vector>
 
 namespace ZT::AnimCmd {
@@ -16,6 +18,9 @@ namespace ZT::AnimCmd {
 /// another owner, is never touched.
 class DetachedKeys {
 public:
+    /// By curve, keys with their frames.
+    using CurvesKeysMap = QMap<ZT::EditableMotionCurve*, QMap<ZT::EditableMotionCurveKey*, unsigned int>>;
+
     DetachedKeys() = default;
     DetachedKeys(const DetachedKeys&) = delete;
     DetachedKeys& operator=(const DetachedKeys&) = delete;
@@ -25,11 +30,16 @@ public:
     /// from that curve either way. Null and keys that a curve holds are left out.
     void add(const std::vector<EditableMotionCurveKey*>& keys);
 
-    /// Before the command's own work: lets go of keys that others have put into a curve, wherever they are by
-    /// now, and returns those that died there, to be compared and not read.
-    std::vector<EditableMotionCurveKey*> letGoOfTakenKeys();
-    /// After the command's own work: lets go of keys that a curve holds again.
+    /// Lets go of keys that have been in a curve since they came, wherever they are by now.
+    void letGoOfTakenKeys();
+    /// The same before the command works with the keys that @p maps name: those that died are taken out.
+    void letGoOfTakenKeys(std::initializer_list<CurvesKeysMap*> maps);
+    /// After work of the command that was taken back: lets go of keys that a curve holds. Those that have
+    /// come and gone are still the command's.
     void letGoOfHeldKeys();
+
+    /// The keys in the order of their addresses, of which some may be dead.
+    std::vector<EditableMotionCurveKey*> keys() const;
 
     /// Has addAll() of @p other find memory.
     void makeRoomFor(const DetachedKeys& other);

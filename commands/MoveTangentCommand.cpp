@@ -8,10 +8,18 @@ namespace ZT::AnimCmd {
 
 namespace {
 
-// The other handle of a key that is neither smooth nor symmetrical is none of the command's.
+// Smooth and symmetrical bind handles where both are free.
+bool isBound(const EditableMotionCurveKey& key) {
+    using VQ::Math::Interpolation::InterpolationType;
+    return (key.isSmooth() || key.isSymmetrical()) &&
+           key.getTangentType(TangentSide::left) == InterpolationType::bezier &&
+           key.getTangentType(TangentSide::right) == InterpolationType::bezier;
+}
+
+// The other handle of a key whose handles are not bound to each other is none of the command's.
 EditableMotionCurve::KeyRecords reachedFrom(TangentSide side, EditableMotionCurve::KeyRecords records) {
     for (auto& [key, record] : records) {
-        if (!key->isSmooth() && !key->isSymmetrical()) {
+        if (!isBound(*key)) {
             const auto now = key->baseMotionCurveKey();
             (side == TangentSide::left ? record.rightTangentOffset : record.leftTangentOffset) =
                 side == TangentSide::left ? now.rightTangentOffset : now.leftTangentOffset;

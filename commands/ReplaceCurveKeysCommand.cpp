@@ -76,7 +76,7 @@ void ReplaceCurveKeysCommand::addKeyToInsert(EditableMotionCurveKey* key, Editab
 
 void ReplaceCurveKeysCommand::redo() {
     const bool isTriedAgain = std::exchange(_wasStopped, true);
-    _detachedKeys.letGoOfTakenKeys();
+    _forgetDeadKeys();
     _settle();
     CurvesKeysMap standing = _standingAmong(_keysToInsert);
     const CurvesSet curves = isTriedAgain ? _curves() - _doneIn : _curves();
@@ -93,7 +93,7 @@ void ReplaceCurveKeysCommand::redo() {
 
 void ReplaceCurveKeysCommand::undo() {
     const bool isTriedAgain = std::exchange(_wasStopped, true);
-    _detachedKeys.letGoOfTakenKeys();
+    _forgetDeadKeys();
     _settle();
     const CurvesSet curves = isTriedAgain ? _doneIn : _curves();
     CurvesSet done = _doneIn;
@@ -104,6 +104,16 @@ void ReplaceCurveKeysCommand::undo() {
         done.remove(curve.key());
     }
     _conclude({false, {}, std::move(gone)}, std::move(done), thrown);
+}
+
+// Somebody else may have put a key of the command into a curve in which it died.
+void ReplaceCurveKeysCommand::_forgetDeadKeys() {
+    if (_outcome) {
+        _detachedKeys.letGoOfTakenKeys(
+            {&_keysToRemove, &_keysToInsert, &_outcome->standing, &_outcome->gone});
+    } else {
+        _detachedKeys.letGoOfTakenKeys({&_keysToRemove, &_keysToInsert});
+    }
 }
 
 ReplaceCurveKeysCommand::CurvesSet ReplaceCurveKeysCommand::_curves() const {
@@ -117,7 +127,11 @@ void ReplaceCurveKeysCommand::_conclude(Outcome outcome, CurvesSet done, FirstEx
     _doneIn = std::move(done);
     thrown.guard([&] { _settle(); });
     _wasStopped = static_cast<bool>(thrown);
-    _detachedKeys.letGoOfHeldKeys();
+    if (_wasStopped) {
+        _detachedKeys.letGoOfHeldKeys();
+    } else {
+        _detachedKeys.letGoOfTakenKeys();
+    }
     thrown.rethrow();
 }
 

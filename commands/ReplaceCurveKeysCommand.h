@@ -80,6 +80,7 @@ private:
         CurvesKeysMap gone;     ///< what the curves gave up
     };
 
+    void _forgetDeadKeys();
     CurvesSet _curves() const;
     void _conclude(Outcome outcome, CurvesSet done, FirstException& thrown);
     void _settle();

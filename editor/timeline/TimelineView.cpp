@@ -84,6 +84,7 @@ void TimelineView::_observe() {
     connect(markers, &Markers::rangeVisibilityChanged, this, &TimelineView::_repaint);
     _currentFrame = markers->selectedIndex();
     _gesture.end();
+    _panned.reset();
     _updateScrollBar();
     _repaint();
 }

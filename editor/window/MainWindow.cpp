@@ -21,6 +21,7 @@
 #include "window/ViewActions.h"
 #include "window/Workspace.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
@@ -106,7 +107,8 @@ void MainWindow::setCurrentLayer(int index) {
 
 // Fields and cells take what is typed in them when they lose the focus.
 void MainWindow::_enterWhatIsTyped() {
-    if (const QPointer<QWidget> field = focusWidget(); field != nullptr && isAncestorOf(field)) {
+    const QPointer<QWidget> field = QApplication::focusWidget(); // In this window or in a dock that floats.
+    if (field != nullptr && !field->isWindow()) {
         field->parentWidget()->setFocus();
         if (field != nullptr && field->isVisible()) { // The editor of a cell has gone.
             field->setFocus();

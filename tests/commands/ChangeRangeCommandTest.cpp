@@ -352,6 +352,32 @@ private Q_SLOTS:
         QCOMPARE(frames(scene.curve()), QString("12 13"));
     }
 
+    void aKeyThatTheCurveOnlyMadeAndCannotPlaceStaysWithItsOwner() {
+        Scene scene;
+        scene.addKey(12);
+        const QPointer<Key> made =
+            Key::_toEditable(std::make_pair(0U, scene.curve().createCurveKey())).second;
+        auto* const command = new Move(&scene.markers(), {{made, 10}}, 10, 10, 12, true);
+        scene.stack->push(command);
+        QCOMPARE(command->failedKeys(), Keys{made.data()});
+        scene.stack->clear();
+        QVERIFY(!made.isNull());
+        delete made;
+    }
+
+    void aKeyThatASlotTakesOutOnItsWayBackIsTheSlots() {
+        Blocked blocked;
+        Scene& scene = blocked.scene;
+        Key* const key = blocked.keys[1];
+        scene.stack->push(blocked.move(12, true));
+        connect(key, &Key::indexChanged, key, [&] { scene.curve().release(11); });
+        scene.stack->undo();
+        QVERIFY(key->getParentCurve() == nullptr);
+        scene.stack->clear();
+        QVERIFY(!blocked.watched[1].isNull());
+        delete key;
+    }
+
     void aKeyThatWasTakenOutAndCannotBePlacedStaysWithItsOwner() {
         Scene scene;
         const QPointer<Key> key = scene.addKey(10);

@@ -229,6 +229,20 @@ private Q_SLOTS:
         QCOMPARE(key->getTangentOffset(other), Offset(-4.0F, 2.0F));
     }
 
+    void aSmoothKeyBindsItsHandlesOnlyWhereBothAreFree() {
+        Scene scene;
+        Key* const key = scene.addKey(1, bezier({-1.0F, 0.0F}, {1.0F, 0.0F}));
+        key->setSmooth(true);
+        key->setLeftTangentType(Type::linear);
+        scene.stack->push(new Move(key, Side::left, -3, 1, false));
+        scene.stack->push(new Move(KeysSet{key}, Side::right, 4, 2, false));
+        QCOMPARE(scene.stack->count(), 1);
+        const Offset moved = key->getTangentOffset(Side::right);
+        QCOMPARE(moved, Offset(4.0F, 2.0F));
+        scene.stack->undo();
+        QCOMPARE(key->getTangentOffset(Side::right), moved);
+    }
+
     void theSameKeysOfOtherCurvesAreOtherKeys() {
         Scene scene(2);
         Key* const first = scene.addKey(1, bezier({-1.0F, 0.0F}, {1.0F, 0.0F}));

@@ -118,6 +118,34 @@ private Q_SLOTS:
         QCOMPARE(alive(watched), 0);
     }
 
+    void aRemovedKeyThatDiedInACurveMeanwhileIsForgotten() {
+        Scene scene;
+        const Keys keys = scene.add({3, 4});
+        const auto watched = watch(keys);
+        scene.stack->push(new Remove({keys[0], keys[1]}));
+        scene.curve().insert(50, keys[0]);
+        scene.curve().remove(50U);
+        scene.stack->undo();
+        QCOMPARE(frames(scene.curve()), QString("4"));
+        scene.stack->redo();
+        QCOMPARE(frames(scene.curve()), QString());
+        scene.stack->clear();
+        QCOMPARE(alive(watched), 0);
+    }
+
+    void aRemovedKeyThatALaterEntryTookOutAgainIsThatEntrys() {
+        Scene scene;
+        const Keys keys = scene.add({3});
+        const auto watched = watch(keys);
+        scene.stack->setUndoLimit(2);
+        scene.stack->push(new Remove(keys[0]));
+        scene.stack->push(new Add(keys[0], &scene.curve(), 50));
+        scene.stack->push(new Remove(keys[0])); // The first one is gone.
+        QCOMPARE(alive(watched), 1);
+        scene.stack->undo();
+        QCOMPARE(frames(scene.curve()), QString("50"));
+    }
+
     void theHistoryMayDieBeforeOrAfterTheAnimation_data() {
         QTest::addColumn<bool>("historyFirst");
         QTest::addColumn<int>("index");

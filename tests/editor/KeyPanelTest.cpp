@@ -3,6 +3,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -74,6 +75,7 @@ private Q_SLOTS:
     void aFieldThatIsLeftCounts();
     void theUndoKeyUndoesWhatWasEntered();
     void theUndoKeyUndoesTypingBeforeThat();
+    void whatIsBeingTypedIsSaved_data();
     void whatIsBeingTypedIsSaved();
     void whatIsBeingTypedIsAskedAboutBeforeTheWindowCloses();
     void valuesAreShownToTheLastBit_data();
@@ -301,8 +303,19 @@ void KeyPanelTest::theUndoKeyUndoesTypingBeforeThat() {
     QCOMPARE(scene.history().index(), 1);
 }
 
+void KeyPanelTest::whatIsBeingTypedIsSaved_data() {
+    QTest::addColumn<bool>("isFloating");
+    QTest::newRow("in the window") << false;
+    QTest::newRow("in a dock that floats") << true;
+}
+
 void KeyPanelTest::whatIsBeingTypedIsSaved() {
+    QFETCH(const bool, isFloating);
     PanelScene scene(20);
+    auto& dock = scene.part<QDockWidget>("keyDock");
+    dock.setFloating(isFloating);
+    QApplication::setActiveWindow(dock.window());
+    QCOMPARE(QApplication::activeWindow(), dock.window());
     const QString path = scene.directory.filePath("typed.xml");
     scene.dialogs.savePath = path;
     scene.field("valueField").setFocus();

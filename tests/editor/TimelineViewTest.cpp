@@ -7,6 +7,7 @@
 #include "window/Theme.h"
 
 #include <QFileInfo>
+#include <QScrollBar>
 #include <QSplitter>
 
 #include <functional>
@@ -39,15 +40,26 @@ class TimelineViewTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aPanEndsWithItsAnimation() {
+        TimelineScene scene;
+        scene.press(scene.inRow(0, 50), {}, Qt::MiddleButton);
+        scene.document.replace(EditorScene::animationOf({"other"}), QString());
+        QVERIFY(!scene.view.isGestureActive());
+    }
+
     void escapeGivesThePlaceOfTheViewBackAndKeepsTheSelection() {
         TimelineScene scene;
         scene.click(scene.inRow(0, 20));
         const double first = scene.axis->first();
-        scene.press(scene.inRow(0, 50), {}, Qt::MiddleButton);
-        scene.moveTo(scene.inRow(1, 60), Qt::MiddleButton);
+        scene.view.resize(900, 90);
+        const int row = scene.view.verticalScrollBar()->value();
+        scene.press({400, 80}, {}, Qt::MiddleButton);
+        scene.moveTo({500, 60}, Qt::MiddleButton);
         QVERIFY(scene.axis->first() != first);
+        QVERIFY(scene.view.verticalScrollBar()->value() != row);
         QTest::keyClick(&scene.view, Qt::Key_Escape);
         QCOMPARE(scene.axis->first(), first);
+        QCOMPARE(scene.view.verticalScrollBar()->value(), row);
         QVERIFY(!scene.view.isGestureActive());
         QVERIFY(!scene.document.selection().isEmpty());
     }

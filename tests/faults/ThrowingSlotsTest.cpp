@@ -134,7 +134,6 @@ void ThrowingSlotsTest::theFirstOfSeveralExceptionsIsTheOneThatArrives() {
     QCOMPARE(arrived, 1);
 }
 
-// Its neighbour by address takes its place before its own turn.
 void ThrowingSlotsTest::aTypeWhoseHandleWasAnnouncedToASlotThatThrowsIsAnnouncedToo() {
     const FaultScene scene;
     FaultScene::Key* const key = scene.key(1);
@@ -151,6 +150,7 @@ void ThrowingSlotsTest::aTypeWhoseHandleWasAnnouncedToASlotThatThrowsIsAnnounced
     QCOMPARE(announced, 2);
 }
 
+// Its neighbour by address takes its place before its own turn.
 void ThrowingSlotsTest::aKeyThatIsDisplacedAndInsertedAgainIsTakenBackToItsFrame() {
     FaultScene scene;
     FaultScene::Key* const standing = scene.curve().release(6);

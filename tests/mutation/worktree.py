@@ -2,6 +2,7 @@
 
 import json
 import os
+import re
 import resource
 import signal
 import subprocess
@@ -92,8 +93,9 @@ class Worktree:
         done = subprocess.run(["ninja", "-C", self._build, f"-j{jobs}", *targets], text=True, errors="replace",
                               stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
         if done.returncode != 0:
-            # What no compiler or linker complains of is no mutant's fault.
-            raise BuildError(done.stdout) if "error:" in done.stdout else RuntimeError(done.stdout)
+            if re.search(r"ninja: (error|fatal)|fatal error: Killed|No space left|Cannot allocate memory", done.stdout):
+                raise RuntimeError(done.stdout)  # No mutant's fault.
+            raise BuildError(done.stdout)
 
     def tests(self):
         """The test programs that may notice a mutant."""
