@@ -104,11 +104,11 @@ void EditableMotionCurveKey::connectNotify(const QMetaMethod& /*signal*/) {
 
 // While a batch runs, the parent curve ignores its keys: a signal that nobody else has ever connected to need
 // not be sent, and a drag of thousands of keys is mostly such signals. Only a debugger's hook into all of
-// Qt's signals could tell. The curve is asked only where it holds the key: one that merely made it may be
-// gone.
+// Qt's signals could tell. The curve of a key that stands nowhere is not asked: it merely made the key, and
+// may be gone.
 bool EditableMotionCurveKey::_isHeard() const {
     return _isHeardByOthers || _place.mapNumber == 0 || _parentCurve == nullptr ||
-           !_parentCurve->_holds(this) || !_parentCurve->_isInBatch();
+           !_parentCurve->_isInBatch();
 }
 
 void EditableMotionCurveKey::_announceValue() {

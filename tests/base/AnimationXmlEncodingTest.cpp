@@ -67,6 +67,8 @@ private slots:
         };
         row("Latin-1", declared("\"ISO-8859-1\""), "line 1: the encoding \"iso-8859-1\"; only UTF-8 is read");
         row("ASCII", declared("'us-ascii'"), "line 1: the encoding \"us-ascii\"; only UTF-8 is read");
+        row("with the first and the last letter", declared("'AZ'"),
+            "line 1: the encoding \"az\"; only UTF-8 is read");
         row("UTF-16 declared only", declared("'UTF-16'"),
             "line 1: the encoding \"utf-16\"; only UTF-8 is read");
         row("no encoding's name", declared("''"), "line 1: the encoding \"\"; only UTF-8 is read");
@@ -76,6 +78,8 @@ private slots:
             "line 1: the encoding \"latin1\"; only UTF-8 is read");
         row("no value", declared("latin1"), "line 1: an XML declaration that cannot be read");
         row("a value without end", declared("\"utf-8"), "line 1: an XML declaration that cannot be read");
+        row("a value that ends behind the declaration", "<?xml encoding='utf-8?>'<animation/>",
+            "line 1: an XML declaration that cannot be read");
         row("no sign", "<?xml encoding 'utf-8'?><animation/>",
             "line 1: an XML declaration that cannot be read");
         row("another sign", "<?xml encoding:'utf-8'?><animation/>",

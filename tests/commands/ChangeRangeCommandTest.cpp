@@ -392,6 +392,20 @@ private Q_SLOTS:
         delete key;
     }
 
+    void aFailedKeyThatSomebodyTookOutAgainAndThatFailsOnceMoreStaysWithThem() {
+        Blocked blocked;
+        Scene& scene = blocked.scene;
+        scene.stack->push(blocked.move(12, true));
+        scene.curve().insert(50, blocked.keys[1]);
+        QCOMPARE(scene.curve().release(50), blocked.keys[1]);
+        scene.addKey(11);
+        scene.stack->undo();
+        QVERIFY(blocked.keys[1]->getParentCurve() == nullptr);
+        scene.stack->clear();
+        QVERIFY(!blocked.watched[1].isNull());
+        delete blocked.keys[1];
+    }
+
     void theUndoLimitDeletesFailedKeys() {
         Blocked blocked;
         blocked.scene.stack->setUndoLimit(1);

@@ -3,6 +3,7 @@
 
 #include "base/math/FloatBits.h"
 
+#include <cmath>
 #include <limits>
 #include <type_traits>
 
@@ -33,6 +34,21 @@ class MoveCurveKeysCommandTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    // A value that equals the one a step leads to stays, with its sign.
+    void aDragOverAZeroOfTheOtherSignIsRedoneToIt() {
+        Scene scene;
+        Key* const key = scene.addKey(1);
+        key->setValue(1.0F);
+        for (const double zero : {-0.0, 0.0}) {
+            scene.stack->push(new Move({{key, QPointF(3.0, zero)}}, false));
+        }
+        QCOMPARE(scene.stack->count(), 1);
+        QVERIFY(std::signbit(key->getValue()));
+        scene.stack->undo();
+        scene.stack->redo();
+        QVERIFY(key->getValue() == 0.0F && std::signbit(key->getValue()));
+    }
+
     void everyDragThatIsNotEmptyIsLabelledMoveOneKey() {
         Scene scene;
         const Keys keys = scene.add({1, 2, 3});

@@ -15,6 +15,24 @@ class UndoExactnessTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void aHandleWhoseTypeChangedMeanwhileIsNotRestored_data() {
+        QTest::addColumn<bool>("isLeft");
+        QTest::newRow("left") << true;
+        QTest::newRow("right") << false;
+    }
+    void aHandleWhoseTypeChangedMeanwhileIsNotRestored() {
+        QFETCH(const bool, isLeft);
+        const Side changed = isLeft ? Side::left : Side::right;
+        const Side other = isLeft ? Side::right : Side::left;
+        Key key(bezier({-1.0F, 1.0F}, {1.0F, 1.0F}));
+        const Record captured = bezier({-2.0F, 2.0F}, {2.0F, 2.0F});
+        key.setTangentType(changed, Type::linear);
+        const auto before = key.getTangentOffset(changed);
+        QVERIFY(key._restoreHandles(captured));
+        QCOMPARE(key.getTangentOffset(changed), before);
+        QCOMPARE(key.getTangentOffset(other), qMakePair(isLeft ? 2.0F : -2.0F, 2.0F));
+    }
+
     // The drag ends on 0 after 5; redone from -0, the last step finds an equal value and leaves the -0.
     void redoingADragGivesAZeroTheSignThatTheDragGaveIt() {
         Scene scene;

@@ -186,6 +186,7 @@ private Q_SLOTS:
             maker.reset();
         }
         QCOMPARE(index(key), 0U);
+        key->setValue(7);
         LetteredCurve c({3});
         if (isReorganized) {
             c.curve.reorganizeKeys({{key, 8}});
