@@ -22,8 +22,9 @@ namespace ZT::AnimCmd {
 ///
 /// redo() and undo() reorganise each curve (EditableMotionCurve::reorganizeKeys()) and then exchange the
 /// markers' range with the kept one: setRangeStartIndex(), then setRangeEndIndex(). Keys that a curve could
-/// not place are in no curve then; failedKeys() names them, and the command owns them until a curve has them
-/// again. Those of them that belong to no curve when the command dies are deleted.
+/// not place are in no curve then; failedKeys() names them. The command owns those that left their curve for
+/// it until a curve has them again, and deletes them when it dies; one that somebody had taken out before
+/// stays theirs.
 ///
 /// Where the keys stood is captured when the command is built. Steps of one drag merge without further test.
 /// The markers belong to others and outlive the command's use; curves and placed keys belong to others too.
@@ -68,7 +69,7 @@ protected:
     };
 
     /// Has each curve give its keys these frames. failedKeys() starts anew and names those of all curves;
-    /// they are the command's until a curve holds them. What slots throw is thrown when all curves have had
+    /// the command owns those that left their curve, until a curve holds them. What slots throw is thrown when all curves have had
     /// their turn.
     void reorganizeKeys(const CurvesKeysMap& indices);
     /// Exchanges the markers' range with the pending one.
