@@ -229,18 +229,25 @@ private Q_SLOTS:
         QCOMPARE(key->getTangentOffset(other), Offset(-4.0F, 2.0F));
     }
 
+    void aSmoothKeyBindsItsHandlesOnlyWhereBothAreFree_data() {
+        QTest::addColumn<bool>("isLeft");
+        QTest::newRow("left") << true;
+        QTest::newRow("right") << false;
+    }
     void aSmoothKeyBindsItsHandlesOnlyWhereBothAreFree() {
+        QFETCH(const bool, isLeft);
+        const Side fixed = isLeft ? Side::left : Side::right;
+        const Side other = isLeft ? Side::right : Side::left;
         Scene scene;
         Key* const key = scene.addKey(1, bezier({-1.0F, 0.0F}, {1.0F, 0.0F}));
         key->setSmooth(true);
-        key->setLeftTangentType(Type::linear);
-        scene.stack->push(new Move(key, Side::left, -3, 1, false));
-        scene.stack->push(new Move(KeysSet{key}, Side::right, 4, 2, false));
+        key->setTangentType(fixed, Type::linear);
+        scene.stack->push(new Move(key, fixed, -3, 1, false));
+        scene.stack->push(new Move(KeysSet{key}, other, 4, 2, false));
         QCOMPARE(scene.stack->count(), 1);
-        const Offset moved = key->getTangentOffset(Side::right);
-        QCOMPARE(moved, Offset(4.0F, 2.0F));
+        QCOMPARE(key->getTangentOffset(other), Offset(4.0F, 2.0F));
         scene.stack->undo();
-        QCOMPARE(key->getTangentOffset(Side::right), moved);
+        QCOMPARE(key->getTangentOffset(other), Offset(4.0F, 2.0F));
     }
 
     void theSameKeysOfOtherCurvesAreOtherKeys() {

@@ -118,6 +118,55 @@ private Q_SLOTS:
         QCOMPARE(alive(watched), 0);
     }
 
+    void anAdditionThatWasNeverDoneDeletesItsKeys() {
+        Scene scene;
+        const auto watched = watch(scene.makeKeys(2));
+        { const Add command(CurvesKeysMap{{&scene.curve(), {{watched[0], 5}, {watched[1], 6}}}}); }
+        QCOMPARE(alive(watched), 0);
+    }
+
+    // It is the curve's, and whose the curve's is after that.
+    void aKeyThatUndoDidNotFindIsNotPutInAgain() {
+        Scene scene;
+        const QPointer<Key> key = scene.makeKey();
+        {
+            Add command(CurvesKeysMap{{&scene.curve(), {{key, 5}}}});
+            command.redo();
+            scene.curve().translateKey(key, 7);
+            command.undo();
+            QCOMPARE(scene.curve().release(7), key.data());
+            command.redo();
+            QVERIFY(scene.curve().empty());
+        }
+        QVERIFY(!key.isNull());
+        delete key;
+    }
+
+    void aKeyThatASlotTookOutAgainIsTheSlots() {
+        Scene scene;
+        const QPointer<Key> key = scene.makeKey();
+        {
+            Add command(key, &scene.curve(), 5);
+            connect(&scene.curve(), &Curve::keyAdded, key, [&] { scene.curve().release(5); });
+            command.redo();
+            QVERIFY(scene.curve().empty());
+        }
+        QVERIFY(!key.isNull());
+        delete key;
+    }
+
+    void anAddedKeyThatDiedInACurveMeanwhileIsForgotten() {
+        Scene scene;
+        const auto watched = watch(scene.makeKeys(2));
+        Add command(CurvesKeysMap{{&scene.curve(), {{watched[0], 5}, {watched[1], 6}}}});
+        command.redo();
+        command.undo();
+        scene.curve().insert(50, watched[0]);
+        scene.curve().remove(50U);
+        command.redo();
+        QCOMPARE(frames(scene.curve()), QString("6"));
+    }
+
     void aRemovedKeyThatDiedInACurveMeanwhileIsForgotten() {
         Scene scene;
         const Keys keys = scene.add({3, 4});
