@@ -28,7 +28,14 @@ ChangeRangeCommand::ChangeRangeCommand(AnimationMarkers* markers, const KeysInde
     }
 }
 
-ChangeRangeCommand::~ChangeRangeCommand() = default;
+ChangeRangeCommand::~ChangeRangeCommand() {
+    FirstException dropped;
+    for (const Missing& missing : _missing) {
+        if (missing.key != nullptr && missing.curve != nullptr && missing.key->getParentCurve() == nullptr) {
+            dropped.guard([&] { missing.curve->_putBack(missing.key, missing.frame); });
+        }
+    }
+}
 
 ChangeRangeCommand::Range ChangeRangeCommand::markersRange() const {
     return {_markers->rangeStartIndex(), _markers->rangeEndIndex()};
@@ -45,11 +52,30 @@ void ChangeRangeCommand::setRangeText(const QString& textTemplate, const Range& 
 }
 
 void ChangeRangeCommand::redo() {
+    _missing.clear();
     _apply(newIndices);
 }
 
 void ChangeRangeCommand::undo() {
-    _apply(_oldIndices);
+    _missing.clear();
+    FirstException thrown;
+    thrown.guard([&] { _apply(_oldIndices); });
+    thrown.guard([&] { _noteMissing(); });
+    thrown.rethrow();
+}
+
+void ChangeRangeCommand::_noteMissing() {
+    if (_failedKeys.empty()) {
+        return;
+    }
+    const Keys ours = _detachedKeys.keys();
+    for (auto curve = _oldIndices.cbegin(); curve != _oldIndices.cend(); ++curve) {
+        for (auto entry = curve->cbegin(); entry != curve->cend(); ++entry) {
+            if (std::binary_search(ours.begin(), ours.end(), entry.key(), std::less<>())) {
+                _missing.push_back({entry.key(), curve.key(), entry.value()});
+            }
+        }
+    }
 }
 
 void ChangeRangeCommand::_apply(const CurvesKeysMap& indices) {
@@ -92,7 +118,12 @@ void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve, Keys& faile
     const auto isAnothers = [&](EditableMotionCurveKey* key) {
         return std::binary_search(others.begin(), others.end(), key, std::less<>());
     };
-    failed.erase(std::remove_if(failed.begin(), failed.end(), isAnothers), failed.end());
+    const auto firstOther =
+        std::stable_partition(failed.begin(), failed.end(), [&](auto* key) { return !isAnothers(key); });
+    thrown.guard([&] {
+        _detachedKeys.watch({firstOther, failed.end()});
+    }); // They may die before the next turn.
+    failed.erase(firstOther, failed.end());
     if (!thrown.guard([&] { _detachedKeys.add(failed); })) {
         // Memory is out: keys that cannot be watched stay in their curve, behind its last one.
         _failedKeys.resize(namedBefore);

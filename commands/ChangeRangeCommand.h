@@ -7,6 +7,7 @@
 #include "model/EditableMotionCurve.h"
 
 #include <QMap>
+#include <QPointer>
 #include <QString>
 #include <QUndoCommand>
 
@@ -23,8 +24,9 @@ namespace ZT::AnimCmd {
 /// redo() and undo() reorganise each curve (EditableMotionCurve::reorganizeKeys()) and then exchange the
 /// markers' range with the kept one: setRangeStartIndex(), then setRangeEndIndex(). Keys that a curve could
 /// not place are in no curve then; failedKeys() names them. The command owns those that left their curve for
-/// it until a curve has them again, and deletes them when it dies; one that somebody had taken out before
-/// stays theirs.
+/// it until a curve has them again, and deletes them when it dies; those that undo() could not place it puts
+/// back then, at their frame or behind the last key, since older entries of the history name them. One that
+/// somebody had taken out before stays theirs.
 ///
 /// Where the keys stood is captured when the command is built. Steps of one drag merge without further test.
 /// The markers belong to others and outlive the command's use; curves and placed keys belong to others too.
@@ -69,8 +71,8 @@ protected:
     };
 
     /// Has each curve give its keys these frames. failedKeys() starts anew and names those of all curves;
-    /// the command owns those that left their curve, until a curve holds them. What slots throw is thrown when all curves have had
-    /// their turn.
+    /// the command owns those that left their curve, until a curve holds them. What slots throw is thrown
+    /// when all curves have had their turn.
     void reorganizeKeys(const CurvesKeysMap& indices);
     /// Exchanges the markers' range with the pending one.
     void updateRange();
@@ -89,7 +91,14 @@ protected:
 
 private:
     using Keys = std::vector<EditableMotionCurveKey*>;
+    /// A key that stood in a curve before the command, and could not be put back there.
+    struct Missing {
+        QPointer<EditableMotionCurveKey> key;
+        QPointer<EditableMotionCurve> curve;
+        unsigned int frame;
+    };
 
+    void _noteMissing();
     void _apply(const CurvesKeysMap& indices);
     void _takeFailedKeys(EditableMotionCurve& curve, Keys& failed, const Keys& others);
 
@@ -98,6 +107,7 @@ private:
     QString _textTemplate;
     ZT::AnimationMarkers* _markers;
     std::vector<ZT::EditableMotionCurveKey*> _failedKeys;
+    std::vector<Missing> _missing; ///< by undo()
     DetachedKeys _detachedKeys;
 };
 

@@ -17,13 +17,18 @@ bool isOutside(const EditableMotionCurveKey* key) {
 
 } // namespace
 
-DetachedKeys::Detached::Detached(EditableMotionCurveKey* aKey)
+DetachedKeys::Detached::Detached(EditableMotionCurveKey* aKey, bool isToBeOwned)
     : address(aKey)
     , key(aKey)
-    , placings(aKey->_placement().placings) {}
+    , placings(aKey->_placement().placings)
+    , isOwned(isToBeOwned) {}
 
 bool DetachedKeys::Detached::isOurs() const {
-    return isOutside(key) && key->_placement().placings == placings;
+    return isOwned && !isTaken();
+}
+
+bool DetachedKeys::Detached::isTaken() const {
+    return !isOutside(key) || key->_placement().placings != placings;
 }
 
 DetachedKeys::~DetachedKeys() {
@@ -54,12 +59,18 @@ void DetachedKeys::_add(EditableMotionCurveKey* key) {
         curve->_disconnectKey(key);
     }
     if (isOutside(key)) {
-        _keys.emplace_back(key);
+        _keys.emplace_back(key, true);
+    }
+}
+
+void DetachedKeys::watch(const std::vector<EditableMotionCurveKey*>& keys) {
+    for (EditableMotionCurveKey* const key : keys) {
+        _keys.emplace_back(key, false);
     }
 }
 
 void DetachedKeys::letGoOfTakenKeys() {
-    const auto isTaken = [](const Detached& detached) { return !detached.isOurs(); };
+    const auto isTaken = [](const Detached& detached) { return detached.isTaken(); };
     _keys.erase(std::remove_if(_keys.begin(), _keys.end(), isTaken), _keys.end());
 }
 
@@ -86,7 +97,9 @@ std::vector<EditableMotionCurveKey*> DetachedKeys::keys() const {
     std::vector<EditableMotionCurveKey*> keys;
     keys.reserve(_keys.size());
     for (const Detached& detached : _keys) {
-        keys.push_back(detached.address);
+        if (detached.isOurs()) {
+            keys.push_back(detached.address);
+        }
     }
     std::sort(keys.begin(), keys.end(), std::less<>());
     return keys;

@@ -30,6 +30,9 @@ public:
     /// from that curve either way. Null and keys that a curve holds are left out.
     void add(const std::vector<EditableMotionCurveKey*>& keys);
 
+    /// Watches keys that are in no curve and belong to somebody else, until a curve takes them in.
+    void watch(const std::vector<EditableMotionCurveKey*>& keys);
+
     /// Lets go of keys that have been in a curve since they came, wherever they are by now.
     void letGoOfTakenKeys();
     /// The same before the command works with the keys that @p maps name: those that died are taken out.
@@ -38,7 +41,7 @@ public:
     /// come and gone are still the command's.
     void letGoOfHeldKeys();
 
-    /// The keys in the order of their addresses, of which some may be dead.
+    /// The command's keys in the order of their addresses.
     std::vector<EditableMotionCurveKey*> keys() const;
 
     /// Has addAll() of @p other find memory.
@@ -49,12 +52,14 @@ public:
 private:
     /// A key as it was when it came or when the command last worked.
     struct Detached {
-        explicit Detached(EditableMotionCurveKey* aKey);
+        Detached(EditableMotionCurveKey* aKey, bool isToBeOwned);
         bool isOurs() const;
+        bool isTaken() const;
 
         EditableMotionCurveKey* address; ///< to be compared, not read
         QPointer<EditableMotionCurveKey> key;
         std::uint32_t placings;
+        bool isOwned;
     };
 
     void _add(EditableMotionCurveKey* key);

@@ -240,7 +240,7 @@ public:
 
     /// Takes in a key that is in no curve, at @p frame or, where that is taken, behind the last key. Emits as
     /// insert() does; what slots throw is dropped. For keys that were on their way to somebody who cannot be
-    /// given them any more, since an exception is on its own way there.
+    /// given them any more, since an exception is on its own way there, or whose keeper dies.
     void _putBack(ZT::EditableMotionCurveKey* key, Index frame);
 
     /// Writes the handles of keys of this curve back past all rules (see the key's function of that name) as

@@ -1,5 +1,6 @@
 #include "commands/ChangeRangeCommand.h"
 #include "CommandHarness.h"
+#include "commands/MoveCurveKeysCommand.h"
 #include "commands/MoveRangeCommand.h"
 #include "commands/ReplaceCurveKeysCommand.h"
 
@@ -404,6 +405,53 @@ private Q_SLOTS:
         scene.stack->clear();
         QVERIFY(!blocked.watched[1].isNull());
         delete blocked.keys[1];
+    }
+
+    void aKeyThatUndoCouldNotPlaceComesBackWhenTheCommandDies_data() {
+        QTest::addColumn<bool>("isFree");
+        QTest::addColumn<QString>("frames");
+        QTest::newRow("to its frame") << true << "10 11 13";
+        QTest::newRow("behind the last") << false << "10 11 13 14";
+    }
+    // Older entries of the history name it.
+    void aKeyThatUndoCouldNotPlaceComesBackWhenTheCommandDies() {
+        QFETCH(const bool, isFree);
+        QFETCH(const QString, frames);
+        Blocked blocked;
+        Scene& scene = blocked.scene;
+        scene.stack->push(new ZT::AnimCmd::MoveCurveKeysCommand({{blocked.keys[1], QPointF(11, 7)}}, true));
+        scene.stack->push(blocked.move(12, true));
+        scene.addKey(11);
+        scene.stack->undo();
+        QVERIFY(blocked.keys[1]->getParentCurve() == nullptr);
+        if (isFree) {
+            scene.curve().remove(11U);
+        }
+        scene.stack->push(new Change(&scene.markers(), {}, 1, 2, true));
+        QCOMPARE(Snapshot::frames(scene.curve()), frames);
+        scene.stack->undo();
+        scene.stack->undo();
+        QCOMPARE(alive(blocked.watched), 3);
+        QCOMPARE(blocked.keys[1]->getValue(), 0.0F);
+    }
+
+    void aKeyThatAnotherEntryOwnsAndTakesWithItIsForgotten() {
+        Scene scene;
+        scene.stack->setUndoLimit(2);
+        const QPointer<Key> key = scene.addKey(10);
+        scene.stack->push(new Move(&scene.markers(), {{key, 10}}, 10, 10, 12, true));
+        scene.stack->push(new Move(&scene.markers(), {{key, 12}}, 12, 12, 20, true));
+        scene.stack->undo();
+        scene.stack->undo();
+        scene.addKey(12);
+        scene.addKey(20);
+        scene.stack->redo();
+        scene.stack->redo(); // The key is the first entry's.
+        scene.stack->push(new Change(&scene.markers(), {}, 1, 2, true));
+        QVERIFY(key.isNull());
+        scene.stack->undo();
+        scene.stack->undo();
+        QCOMPARE(frames(scene.curve()), QString("12 20"));
     }
 
     void theUndoLimitDeletesFailedKeys() {
