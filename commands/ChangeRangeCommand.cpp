@@ -120,9 +120,8 @@ void ChangeRangeCommand::_takeFailedKeys(EditableMotionCurve& curve, Keys& faile
     };
     const auto firstOther =
         std::stable_partition(failed.begin(), failed.end(), [&](auto* key) { return !isAnothers(key); });
-    thrown.guard([&] {
-        _detachedKeys.watch({firstOther, failed.end()});
-    }); // They may die before the next turn.
+    // Keys of others may die before the next turn.
+    thrown.guard([&] { _detachedKeys.watch({firstOther, failed.end()}); });
     failed.erase(firstOther, failed.end());
     if (!thrown.guard([&] { _detachedKeys.add(failed); })) {
         // Memory is out: keys that cannot be watched stay in their curve, behind its last one.
